@@ -1,0 +1,2 @@
+#include <cstdio>
+int main() { std::puts("busdecode: under construction"); return 2; }
