@@ -146,9 +146,11 @@ CAdvAnlzData::CAdvAnlzData(const CByteArray& aBytes) : CAdvAnlzData()
     SetData(aBytes.GetData(), static_cast<std::uint32_t>(aBytes.GetSize()) * 8u);
 }
 
-CAdvAnlzData::CAdvAnlzData(const std::uint8_t* pBytes, std::uint32_t nBits) : CAdvAnlzData()
+CAdvAnlzData CAdvAnlzData::FromBytes(const std::uint8_t* pBytes, std::uint32_t nBits)
 {
-    SetData(pBytes, nBits);
+    CAdvAnlzData value;
+    value.SetData(pBytes, nBits);
+    return value;
 }
 
 CAdvAnlzData::~CAdvAnlzData()
@@ -447,7 +449,7 @@ CAdvAnlzData CAdvAnlzTools::RevertByteOrder(const CAdvAnlzData& value) const
         a[i] = value[nFull - 1 - i];
     if (nLength % 8)
         a[nFull] = value[nFull];
-    return CAdvAnlzData(a, nLength);
+    return CAdvAnlzData::FromBytes(a, nLength);
 }
 
 CString CAdvAnlzTools::IpAddress(CAdvAnlzData& value)

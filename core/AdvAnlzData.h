@@ -36,9 +36,9 @@ public:
     CAdvAnlzData(std::uint64_t dwValue, std::uint8_t nWidth);
     // All bytes of the array, first element first.
     explicit CAdvAnlzData(const CByteArray& aBytes);
-    // The first nBits bits of a byte buffer.
-    CAdvAnlzData(const std::uint8_t* pBytes, std::uint32_t nBits);
     virtual ~CAdvAnlzData();
+    // The first nBits bits of a byte buffer.
+    static CAdvAnlzData FromBytes(const std::uint8_t* pBytes, std::uint32_t nBits);
 
     CAdvAnlzData& operator=(const CAdvAnlzData& other);
     CAdvAnlzData& operator=(CAdvAnlzData&& other) noexcept;

@@ -225,7 +225,7 @@ void CProtocolPacket::Serialize(CArchive& ar)
         ar >> attr.m_nId >> attr.m_dwOffset >> attr.m_dwLength >> attr.m_dwMinLength >> attr.m_dwMaxLength >>
             attr.m_strName >> attr.m_strAbbr >> attr.m_strDesc >> nBits;
         const std::vector<std::uint8_t> aBytes = ar.ReadBytes(nBits / 8 + (nBits % 8 ? 1 : 0));
-        if (!ar.IsOK() || AddField(CAdvAnlzData(aBytes.data(), nBits), m_pSpec->InternFieldAttr(attr), 0) == 0)
+        if (!ar.IsOK() || AddField(CAdvAnlzData::FromBytes(aBytes.data(), nBits), m_pSpec->InternFieldAttr(attr), 0) == 0)
             ar.SetFailed();
     }
     ar >> nErrors;
