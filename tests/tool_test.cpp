@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -24,7 +25,10 @@ struct SRun {
 // string when given.
 SRun RunTool(const std::string& strArgs, const std::string& strStdin = "")
 {
-    const std::string strTmp = ::testing::TempDir() + "busdecode_tool_test";
+    // Tests run as parallel processes: every run gets files of its own.
+    static int s_nRun = 0;
+    const std::string strTmp = ::testing::TempDir() + "busdecode_tool_test_" + std::to_string(getpid()) + "_" +
+                               std::to_string(++s_nRun);
     const std::string strIn = strTmp + ".in", strErr = strTmp + ".err";
     std::ofstream(strIn) << strStdin;
     const std::string strCommand =
@@ -41,6 +45,8 @@ SRun RunTool(const std::string& strArgs, const std::string& strStdin = "")
     run.nStatus = WIFEXITED(nWait) ? WEXITSTATUS(nWait) : -1;
     std::ifstream err(strErr);
     run.strErr.assign(std::istreambuf_iterator<char>(err), std::istreambuf_iterator<char>());
+    std::remove(strIn.c_str());
+    std::remove(strErr.c_str());
     return run;
 }
 
@@ -136,7 +142,7 @@ TEST(Tool, BadInputStopsWithOneLineAndKeepsWhatWasDecoded)
 
 TEST(Tool, BinaryFileIsOnePayload)
 {
-    const std::string strPath = ::testing::TempDir() + "busdecode_csw.bin";
+    const std::string strPath = ::testing::TempDir() + "busdecode_csw_" + std::to_string(getpid()) + ".bin";
     const unsigned char aCSW[] = {0x55, 0x53, 0x42, 0x53, 1, 0, 0, 0, 0, 0, 0, 0, 2};
     std::ofstream(strPath, std::ios::binary).write(reinterpret_cast<const char*>(aCSW), sizeof aCSW);
     const SRun run = RunTool("--json bot --bin '" + strPath + "'");
