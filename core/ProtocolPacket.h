@@ -157,3 +157,21 @@ protected:
     // The whole-packet index of a side-relative index; 0 when out of range.
     unsigned char WholeIndex(unsigned char nIndex, EPacketSide eSide) const noexcept;
 };
+
+// The plain packet of a decoder: every constructor binds it to the decoder's
+// singleton; those from data decode at once; the copy constructor gives an
+// empty packet (it does not copy the source); assignment is the base's.
+template <class TSpec>
+class TDecoderPacket : public CReqRespProtocolPacket {
+public:
+    TDecoderPacket() : CReqRespProtocolPacket(TSpec::GetInstance()) {}
+    explicit TDecoderPacket(const CAdvAnlzData& data) : TDecoderPacket() { CProtocolPacket::RestructBy(data); }
+    explicit TDecoderPacket(const CByteArray& aBytes) : TDecoderPacket() { RestructBy(CAdvAnlzData(aBytes)); }
+    TDecoderPacket(const TDecoderPacket&) : TDecoderPacket() {}
+    TDecoderPacket& operator=(const TDecoderPacket& other) = default;
+
+    unsigned long SetFieldData(unsigned char nIndex, const CAdvAnlzData& value) override
+    {
+        return CProtocolPacket::SetFieldData(nIndex, value);
+    }
+};

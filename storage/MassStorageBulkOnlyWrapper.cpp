@@ -99,25 +99,3 @@ unsigned long CMassStorageBulkOnlyWrapperSpec::ReadElements(const CAdvAnlzData& 
     }
     return dwTotal;
 }
-
-CMassStorageBulkOnlyWrapperPacket::CMassStorageBulkOnlyWrapperPacket()
-    : CReqRespProtocolPacket(CMassStorageBulkOnlyWrapperSpec::GetInstance())
-{
-}
-
-CMassStorageBulkOnlyWrapperPacket::CMassStorageBulkOnlyWrapperPacket(const CAdvAnlzData& data)
-    : CMassStorageBulkOnlyWrapperPacket()
-{
-    CProtocolPacket::RestructBy(data);
-}
-
-CMassStorageBulkOnlyWrapperPacket::CMassStorageBulkOnlyWrapperPacket(const CByteArray& aBytes)
-    : CMassStorageBulkOnlyWrapperPacket()
-{
-    RestructBy(CAdvAnlzData(aBytes));
-}
-
-CMassStorageBulkOnlyWrapperPacket::CMassStorageBulkOnlyWrapperPacket(const CMassStorageBulkOnlyWrapperPacket&)
-    : CMassStorageBulkOnlyWrapperPacket()
-{
-}

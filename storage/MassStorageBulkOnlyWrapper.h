@@ -63,18 +63,7 @@ private:
     unsigned char m_nResponseFields = 0;
 };
 
-class CMassStorageBulkOnlyWrapperPacket : public CReqRespProtocolPacket {
+class CMassStorageBulkOnlyWrapperPacket : public TDecoderPacket<CMassStorageBulkOnlyWrapperSpec> {
 public:
-    CMassStorageBulkOnlyWrapperPacket();
-    explicit CMassStorageBulkOnlyWrapperPacket(const CAdvAnlzData& data);
-    explicit CMassStorageBulkOnlyWrapperPacket(const CByteArray& aBytes);
-    // Gives an empty packet bound to the decoder: the source is not copied.
-    CMassStorageBulkOnlyWrapperPacket(const CMassStorageBulkOnlyWrapperPacket& other);
-    CMassStorageBulkOnlyWrapperPacket& operator=(const CMassStorageBulkOnlyWrapperPacket& other) = default;
-    ~CMassStorageBulkOnlyWrapperPacket() override = default;
-
-    unsigned long SetFieldData(unsigned char nIndex, const CAdvAnlzData& value) override
-    {
-        return CProtocolPacket::SetFieldData(nIndex, value);
-    }
+    using TDecoderPacket::TDecoderPacket;
 };
