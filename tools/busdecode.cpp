@@ -3,11 +3,12 @@
 // payload.
 //
 //   busdecode [--json] [--hci-kind K] DECODER [HEX ...] [-f FILE] [--bin FILE]
+//   busdecode [--json] --btsnoop FILE hci
 //   busdecode list
 //   busdecode fields DECODER
 //
 // Payloads are decoded in order (HEX arguments, then the lines of -f, then
-// the --bin file) by one packet of one decoder, so whatever a decoder keeps
+// the --bin file, then the packets of a --btsnoop capture) by one packet of one decoder, so whatever a decoder keeps
 // from one payload to the next carries over. The first bad input stops the
 // run with a one-line error and exit status 2; what came before it has been
 // printed already.
@@ -30,6 +31,7 @@
 #include "core/ProtocolPacket.h"
 #include "core/ProtocolSpec.h"
 #include "registry/DecoderRegistry.h"
+#include "tools/BtSnoop.h"
 #include "tools/HexInput.h"
 
 namespace {
@@ -44,6 +46,7 @@ struct SOptions {
     int nHCIKind = 0;
     std::string strFile;
     std::string strBinFile;
+    std::string strBtSnoopFile;
     std::vector<std::string> aArgs;
 };
 
@@ -182,10 +185,14 @@ public:
     {
     }
 
-    void Decode(const std::vector<std::uint8_t>& aBytes)
+    // Decodes one payload; nHCIKind, when not negative, overrides --hci-kind.
+    void Decode(const std::vector<std::uint8_t>& aBytes, int nHCIKind = -1)
     {
         const CAdvAnlzData data = CAdvAnlzData::FromBytes(aBytes.data(), static_cast<std::uint32_t>(aBytes.size() * 8));
-        const int nResult = m_entry.pfnDecode(*m_pPacket, data, MakeDecodeOptions(m_options));
+        SDecodeOptions options = MakeDecodeOptions(m_options);
+        if (nHCIKind >= 0)
+            options.nHCIKind = nHCIKind;
+        const int nResult = m_entry.pfnDecode(*m_pPacket, data, options);
         ++m_nPayloads;
         if (m_options.bJson)
             PrintJson(m_entry, *m_pPacket, nResult);
@@ -254,6 +261,14 @@ int RunDecode(const SDecoderEntry& entry, const SOptions& options)
         if (file.bad())
             return Fail("cannot read file " + Quoted(options.strBinFile) + ": read error");
         run.Decode(aBytes);
+    }
+
+    if (!options.strBtSnoopFile.empty()) {
+        const SBtSnoopFile capture = ReadBtSnoop(options.strBtSnoopFile);
+        if (!capture.bOK)
+            return Fail("cannot read btsnoop file " + Quoted(options.strBtSnoopFile) + ": " + capture.strError);
+        for (const SBtSnoopPacket& packet : capture.aPackets)
+            run.Decode(packet.aBytes, packet.nKind);
     }
     return 0;
 }
@@ -333,6 +348,7 @@ int Run(int argc, char** argv)
     app.footer(
         "Forms:\n"
         "  busdecode [--json] [--hci-kind K] DECODER [HEX ...] [-f FILE] [--bin FILE]\n"
+        "  busdecode [--json] --btsnoop FILE hci   every HCI packet of a btsnoop capture\n"
         "  busdecode list              the decoders, with alias, field ids and field count\n"
         "  busdecode fields DECODER    a decoder's field catalogue and options\n"
         "DECODER is a class name (CMassStorageBulkOnlyWrapperSpec) or an alias (bot).\n"
@@ -343,6 +359,8 @@ int Run(int argc, char** argv)
         ->check(CLI::Range(0, 4));
     app.add_option("-f,--file", options.strFile, "one hex payload per line ('-' for standard input)");
     app.add_option("--bin", options.strBinFile, "a binary file decoded as one payload");
+    app.add_option("--btsnoop", options.strBtSnoopFile,
+                   "a btsnoop capture (HCI or HCI UART): every packet, with its own HCI packet kind");
     app.add_option("args", options.aArgs, "DECODER then HEX payloads, or list, or fields DECODER");
     try {
         app.parse(argc, argv);
@@ -367,8 +385,11 @@ int Run(int argc, char** argv)
     const SDecoderEntry* pEntry = LookUp(strFirst, nStatus);
     if (!pEntry)
         return nStatus;
-    if (options.aArgs.size() == 1 && options.strFile.empty() && options.strBinFile.empty())
+    if (options.aArgs.size() == 1 && options.strFile.empty() && options.strBinFile.empty() &&
+        options.strBtSnoopFile.empty())
         return Fail("no payload given for " + Quoted(strFirst) + " (HEX arguments, -f FILE or --bin FILE)");
+    if (!options.strBtSnoopFile.empty() && std::string(pEntry->pszClassName) != "CHCISpec")
+        return Fail("--btsnoop goes with the HCI decoder (CHCISpec), not " + Quoted(strFirst));
     return RunDecode(*pEntry, options);
 }
 
