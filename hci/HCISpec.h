@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 
 #include "core/AdvAnlzData.h"
 #include "core/ProtocolPacket.h"
@@ -123,6 +124,10 @@ private:
     int CheckCommandCode(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
     int CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
     int CheckErrorMessageCode(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
+
+    // The parameters of an event with a code of 0x01 to 0x20, read behind the
+    // event code and Parameter_Total_Length; nothing of it remains unread.
+    void ReadEventParameters(CHCIReader& reader, std::uint8_t nEventCode);
 
     // Command group readers: OCF field, OGF field, Total_Length, then the
     // parameters of the command.

@@ -1,5 +1,6 @@
 #include "registry/DecoderRegistry.h"
 
+#include "hci/HCISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
 
 const std::vector<SDecoderEntry>& GetDecoderRegistry()
@@ -7,6 +8,22 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
     static const std::vector<SDecoderEntry> s_aEntries = {
         MakeDecoderEntry<CMassStorageBulkOnlyWrapperSpec, CMassStorageBulkOnlyWrapperPacket>(
             "CMassStorageBulkOnlyWrapperSpec", "bot"),
+        // HCI packets need their kind, which the bytes cannot tell, and show
+        // the id of the field that holds a command's OCF.
+        SDecoderEntry{
+            "CHCISpec",
+            "hci",
+            []() -> CProtocolSpec* { return CHCISpec::GetInstance(); },
+            []() { CHCISpec::KillInstance(); },
+            [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> { return std::make_unique<CHCIPacket>(); },
+            [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions& options) {
+                return static_cast<CHCIPacket&>(packet).RestructBy(data,
+                                                                   static_cast<EHCIPacketKind>(options.nHCIKind));
+            },
+            [](const CProtocolPacket& packet) -> std::vector<std::pair<std::string, long long>> {
+                return {{"opcode_ocf", static_cast<const CHCIPacket&>(packet).GetOpCodeOCF()}};
+            },
+        },
     };
     return s_aEntries;
 }
