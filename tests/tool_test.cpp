@@ -150,6 +150,37 @@ TEST(Tool, BinaryFileIsOnePayload)
     EXPECT_EQ(JsonLines(run.strOut)[0]["fields"][3]["option"], "Phase Error");
 }
 
+TEST(Tool, HCIKindsAndBtSnoopCaptures)
+{
+    // An ACL packet from the controller: the broadcast flag of that direction.
+    SRun run = RunTool("--json --hci-kind 2 hci '0120 0300 aabbcc'");
+    ASSERT_EQ(run.nStatus, 0) << run.strErr;
+    nlohmann::json j = JsonLines(run.strOut).at(0);
+    EXPECT_EQ(j["decoder"], "CHCISpec");
+    EXPECT_EQ(j["request_name"], "HCI ACL Data Packet");
+    EXPECT_EQ(j["fields"][2]["id"], 27273);
+    EXPECT_EQ(j["opcode_ocf"], 0);
+
+    run = RunTool("--json hci 030c00");
+    ASSERT_EQ(run.nStatus, 0) << run.strErr;
+    j = JsonLines(run.strOut).at(0);
+    EXPECT_EQ(j["request_name"], "Reset");
+    EXPECT_EQ(j["opcode_ocf"], 27005);
+
+    const std::string strCapture = std::string(BUSDECODE_CAPTURES_DIR) + "/a2dp/motog_btsnoop_hci.log";
+    if (std::ifstream(strCapture)) {
+        run = RunTool("--json --btsnoop '" + strCapture + "' hci");
+        ASSERT_EQ(run.nStatus, 0) << run.strErr;
+        EXPECT_EQ(JsonLines(run.strOut).size(), 3674u);
+    }
+    run = RunTool("--btsnoop '" + std::string(BUSDECODE_SOURCE_DIR) + "/README.md' hci");
+    EXPECT_EQ(run.nStatus, 2);
+    EXPECT_NE(run.strErr.find("not a btsnoop file"), std::string::npos) << run.strErr;
+    run = RunTool("--btsnoop x.log bot");
+    EXPECT_EQ(run.nStatus, 2);
+    EXPECT_NE(run.strErr.find("goes with the HCI decoder"), std::string::npos) << run.strErr;
+}
+
 TEST(Tool, TextViewListAndCatalogue)
 {
     SRun run = RunTool(std::string("bot ") + kCBW);
