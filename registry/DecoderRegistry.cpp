@@ -2,12 +2,14 @@
 
 #include "hci/HCISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
+#include "storage/SCSIProtocol.h"
 
 const std::vector<SDecoderEntry>& GetDecoderRegistry()
 {
     static const std::vector<SDecoderEntry> s_aEntries = {
         MakeDecoderEntry<CMassStorageBulkOnlyWrapperSpec, CMassStorageBulkOnlyWrapperPacket>(
             "CMassStorageBulkOnlyWrapperSpec", "bot"),
+        MakeDecoderEntry<CSCSIProtocolSpec, CSCSIProtocolPacket>("CSCSIProtocolSpec", "scsi"),
         // HCI packets need their kind, which the bytes cannot tell, and show
         // the id of the field that holds a command's OCF.
         SDecoderEntry{
