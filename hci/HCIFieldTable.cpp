@@ -2,8 +2,8 @@
 // that a record's index is its id minus 27000. Offsets are the defaults of a
 // fixed layout (behind the 3-byte command header or the 1-byte event code);
 // reading replaces them with the real ones. The leftover and data fields
-// (UnExpected, Vendor Data, logo testing data, ACL and SCO data) are
-// variable: their lengths run from 0 to the 65535-bit default.
+// (UnExpected, Vendor Data, logo testing data, ACL and SCO data) take up to
+// their 65535-bit default, or the length their packet gives.
 #include "hci/HCISpec.h"
 
 using Spec = CHCISpec;
@@ -463,10 +463,10 @@ const SSpecFieldAttr Spec::ms_aDefaultFieldsAttr[Spec::kFieldCount] = {
      "indicates if the Enable Device Under Test Mode was successful or not.", 8, 8},
     // Error message code, leftovers, vendor and logo testing data, ACL and SCO data packets.
     {27266, "Error Message Code", "Error Message Code", "Error Message Code", 0, 8},
-    {27267, "UnExpected", "UnExpected", "UnExpected Data Packet", 0, 65535, 0, 65535},
-    {27268, "Vendor Data", "Vendor Data", "Vendor Data", 0, 65535, 0, 65535},
+    {27267, "UnExpected", "UnExpected", "UnExpected Data Packet", 0, 65535},
+    {27268, "Vendor Data", "Vendor Data", "Vendor Data", 0, 65535},
     {27269, "BlueTooth Logo Testing Data", "BlueTooth Logo Testing Data",
-     "BlueTooth Logo Testing Data", 0, 65535, 0, 65535},
+     "BlueTooth Logo Testing Data", 0, 65535},
     {27270, "Connection_Handle", "Connection_Handle",
      "Connection Handle of the ACL connection that carries the data. Range: 0x0000-0x0EFF (0x0F00 - "
      "0x0FFF Reserved for future use)", 0, 12},
@@ -476,13 +476,13 @@ const SSpecFieldAttr Spec::ms_aDefaultFieldsAttr[Spec::kFieldCount] = {
     {27273, "Broadcast_Flag", "Broadcast_Flag",
      "The Broadcast flag To Controller is located in bit 4 and bit 5,", 0, 2},
     {27274, "Data_Total_Length", "Data_Total_Length", "Length of the data in bytes.", 0, 16},
-    {27275, "ACL Data", "ACL Data", "HCI ACL Data", 0, 65535, 0, 65535},
+    {27275, "ACL Data", "ACL Data", "HCI ACL Data", 0, 65535},
     {27276, "Connection_Handle", "Connection_Handle",
      "Connection Handle of the SCO connection that carries the data. Range: 0x0000-0x0EFF (0x0F00 - "
      "0x0FFF Reserved for future use)", 0, 12},
     {27277, "Reserved", "Reserved", "Reserved for future use.", 0, 4},
     {27278, "Data_Total_Length", "Data_Total_Length", "Length of the SCO data in bytes.", 0, 8},
-    {27279, "SCO Data", "SCO Data", "HCI SCO Data", 0, 65535, 0, 65535},
+    {27279, "SCO Data", "SCO Data", "HCI SCO Data", 0, 65535},
 };
 
 const std::array<CString, Spec::kFieldCount> Spec::ms_aFieldNames = FieldNamesOf(Spec::ms_aDefaultFieldsAttr);

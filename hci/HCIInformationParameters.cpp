@@ -17,6 +17,11 @@ const SHCICommand kInformationCommands[] = {
 
 }  // namespace
 
+void CHCISpec::InformationSetRequestName(CReqRespProtocolPacket& packet, unsigned short nOCF)
+{
+    SetHCICommandRequestName(packet, kInformationCommands, nOCF);
+}
+
 void CHCISpec::InitOptions_HCIInformationParameters()
 {
     // Option names are the request names, but HCI_Read_BD_Address is shown
@@ -43,7 +48,7 @@ unsigned long CHCISpec::ReadInformationParametersElements(const CAdvAnlzData& da
     const std::uint16_t nOCF = reader.Value();
     if (!bMore || !reader.Read(FieldInformationOGF) || !reader.Read(FieldTotalLength))
         return reader.Consumed();
-    SetHCICommandRequestName(packet, kInformationCommands, nOCF);
+    InformationSetRequestName(packet, nOCF);
     reader.ReadRest();
     return reader.Consumed();
 }

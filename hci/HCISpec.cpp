@@ -87,26 +87,6 @@ bool IsKnownCommand(unsigned nOGF, unsigned nOCF)
     }
 }
 
-// The informational parameters commands have no parameters, so the command
-// check names them at once.
-const char* InformationCommandName(unsigned nOCF)
-{
-    switch (nOCF) {
-    case 0x0001:
-        return "HCI_Read_Local_Version_Information";
-    case 0x0003:
-        return "HCI_Read_Local_Supported_Features";
-    case 0x0005:
-        return "HCI_Read_Buffer_Size";
-    case 0x0007:
-        return "HCI_Read_Country_Code";
-    case 0x0009:
-        return "HCI_Read_BD_Address";
-    default:
-        return nullptr;
-    }
-}
-
 // The opcode's OCF (bits 0 to 9) and OGF (bits 10 to 15), read from the
 // front of a command without consuming it. Bits the payload lacks read as 0.
 void SplitOpCode(const CAdvAnlzData& data, unsigned& nOCF, unsigned& nOGF)
@@ -266,8 +246,10 @@ int CHCISpec::CheckCommandCode(const CAdvAnlzData& data, CReqRespProtocolPacket&
     unsigned nOCF = 0, nOGF = 0;
     SplitOpCode(data, nOCF, nOGF);
     if (IsKnownCommand(nOGF, nOCF)) {
+        // The informational parameters commands have no parameters, so they
+        // are named here, before their group reader runs.
         if (nOGF == kOGFInformation)
-            packet.SetRequestName(InformationCommandName(nOCF));
+            InformationSetRequestName(packet, static_cast<unsigned short>(nOCF));
         return 1;
     }
 

@@ -143,6 +143,7 @@ private:
     void LinkCommandSetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF);
     void PolicySetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF);
     void HostSetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF);
+    void InformationSetRequestName(CReqRespProtocolPacket& packet, unsigned short nOCF);
 
     static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
     static const std::array<CString, kFieldCount> ms_aFieldNames;
