@@ -398,10 +398,10 @@ TEST(HCIDispatch, CatalogueSampleRows)
         {27160, "Status", "Status", 8, 8, 8, 8},
         {27256, "ContactCounter", "ReadFailedContactCounterFailedContactCounte", 8, 16, 16, 16},
         {27265, "Status", "EnableDeviceUnderTestModeStatus", 8, 8, 8, 8},
-        {27267, "UnExpected", "UnExpected", 0, 65535, 0, 65535},
+        {27267, "UnExpected", "UnExpected", 0, 65535, 65535, 65535},
         {27271, "Packet_Boundary_Flag_HostToHost", "Packet_Boundary_Flag_HostToHost", 0, 2, 2, 2},
         {27272, "Packet_Boundary_Flag_HostToController", "Packet_Boundary_Flag_HostToController", 0, 2, 2, 2},
-        {27279, "SCO Data", "SCO Data", 0, 65535, 0, 65535},
+        {27279, "SCO Data", "SCO Data", 0, 65535, 65535, 65535},
     };
     for (const SRow& r : aRows) {
         SCOPED_TRACE(r.nId);
