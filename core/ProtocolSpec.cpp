@@ -64,18 +64,25 @@ const SSpecFieldAttr* CProtocolSpec::InternFieldAttr(const SSpecFieldAttr& attr)
 
 const SSpecFieldAttr* CProtocolSpec::InternFieldAttr(const SSpecFieldAttr& attr, unsigned nStrings)
 {
-    const SRefKey key{attr.m_nId, attr.m_dwOffset, attr.m_dwLength, attr.m_dwMinLength, attr.m_dwMaxLength};
+    return Intern(SRefKey{attr.m_nId, attr.m_dwOffset, attr.m_dwLength, attr.m_dwMinLength, attr.m_dwMaxLength},
+                  attr, nStrings);
+}
+
+const SSpecFieldAttr* CProtocolSpec::Intern(const SRefKey& key, const SSpecFieldAttr& strings, unsigned nStrings)
+{
     std::vector<std::unique_ptr<SSpecFieldAttr>>& group = m_mapReferences[key];
     for (const std::unique_ptr<SSpecFieldAttr>& p : group) {
-        if ((nStrings & RefCompareName) && p->m_strName.Compare(attr.m_strName) != 0)
+        if ((nStrings & RefCompareName) && p->m_strName.Compare(strings.m_strName) != 0)
             continue;
-        if ((nStrings & RefCompareAbbr) && p->m_strAbbr.Compare(attr.m_strAbbr) != 0)
+        if ((nStrings & RefCompareAbbr) && p->m_strAbbr.Compare(strings.m_strAbbr) != 0)
             continue;
-        if ((nStrings & RefCompareDesc) && p->m_strDesc.Compare(attr.m_strDesc) != 0)
+        if ((nStrings & RefCompareDesc) && p->m_strDesc.Compare(strings.m_strDesc) != 0)
             continue;
         return p.get();
     }
-    group.push_back(std::make_unique<SSpecFieldAttr>(attr));
+    group.push_back(std::make_unique<SSpecFieldAttr>(key.nId, strings.m_strName, strings.m_strAbbr,
+                                                     strings.m_strDesc, key.dwOffset, key.dwLength, key.dwMinLength,
+                                                     key.dwMaxLength));
     ++m_nReferences;
     return group.back().get();
 }
@@ -120,15 +127,18 @@ unsigned long CProtocolSpec::ReadFieldWith(const CAdvAnlzData& data, CProtocolPa
                                            const SSpecFieldAttr* pDefault, CAdvAnlzData& value, int eOrder,
                                            unsigned long dwLength)
 {
-    SSpecFieldAttr attr = pDefault ? *pDefault : SSpecFieldAttr(nId, CString(), CString(), CString(), 0, 0);
-    attr.m_dwOffset = static_cast<std::uint32_t>(packet.GetPacketLength());
-    const std::uint32_t n = dwLength ? static_cast<std::uint32_t>(dwLength) : attr.m_dwLength;
+    static const SSpecFieldAttr s_unknown;  // an id the catalogue lacks: no strings, no default length
+    const SSpecFieldAttr& def = pDefault ? *pDefault : s_unknown;
+    const std::uint32_t n = dwLength ? static_cast<std::uint32_t>(dwLength) : def.m_dwLength;
     value = data.GetBits(0, n);
     const std::uint32_t r = value.GetLength();
     if (r > 8 && eOrder != ByteOrderAsStored)
         value = CAdvAnlzTools().RevertByteOrder(value);
-    attr.m_dwLength = r;
-    packet.AddField(value, InternFieldAttr(attr), 0);
+    // The bound record: the default's strings and bounds, the real offset and
+    // the bits really read.
+    const SRefKey key{nId, static_cast<std::uint32_t>(packet.GetPacketLength()), r, def.m_dwMinLength,
+                      def.m_dwMaxLength};
+    packet.AddField(value, Intern(key, def, m_nReferenceStrings), 0);
     return r;
 }
 

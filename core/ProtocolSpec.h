@@ -158,6 +158,11 @@ protected:
                              const CString* pAbbr, const CString* pDesc);
 
 private:
+    // Interns a record with the strings of pStrings and the numbers of the
+    // key, copying the strings only when a new record is made.
+    struct SRefKey;
+    const SSpecFieldAttr* Intern(const SRefKey& key, const SSpecFieldAttr& strings, unsigned nStrings);
+
     struct SRefKey {
         unsigned short nId;
         std::uint32_t dwOffset, dwLength, dwMinLength, dwMaxLength;
