@@ -38,6 +38,8 @@ namespace {
 
 constexpr int kExitBadInput = 2;
 constexpr std::size_t kTextValueBytes = 32;  // value bytes shown per field in the text view
+// A payload's length in bits must fit the value's 32-bit bit count.
+constexpr std::size_t kMaxPayloadBytes = 0xFFFFFFFFu / 8;
 
 using Json = nlohmann::ordered_json;
 
@@ -186,8 +188,11 @@ public:
     }
 
     // Decodes one payload; nHCIKind, when not negative, overrides --hci-kind.
-    void Decode(const std::vector<std::uint8_t>& aBytes, int nHCIKind = -1)
+    // False (nothing decoded) for a payload longer than a decoder takes.
+    bool Decode(const std::vector<std::uint8_t>& aBytes, int nHCIKind = -1)
     {
+        if (aBytes.size() > kMaxPayloadBytes)
+            return false;
         const CAdvAnlzData data = CAdvAnlzData::FromBytes(aBytes.data(), static_cast<std::uint32_t>(aBytes.size() * 8));
         SDecodeOptions options = MakeDecodeOptions(m_options);
         if (nHCIKind >= 0)
@@ -199,6 +204,7 @@ public:
         else
             PrintText(m_entry, *m_pPacket, nResult, m_nPayloads, aBytes.size());
         std::cout.flush();
+        return true;
     }
 
 private:
@@ -215,6 +221,12 @@ private:
     std::size_t m_nPayloads = 0;
 };
 
+std::string TooLong(std::size_t nBytes)
+{
+    return "payload of " + std::to_string(nBytes) + " bytes is longer than the " + std::to_string(kMaxPayloadBytes) +
+           " bytes a decoder takes";
+}
+
 int RunDecode(const SDecoderEntry& entry, const SOptions& options)
 {
     CDecodeRun run(entry, options);
@@ -225,7 +237,8 @@ int RunDecode(const SDecoderEntry& entry, const SOptions& options)
         if (!hex.bOK)
             return Fail("HEX argument " + std::to_string(i) + " of " + std::to_string(nHex) + " " +
                         Quoted(options.aArgs[i]) + ": " + hex.strError);
-        run.Decode(hex.aBytes);
+        if (!run.Decode(hex.aBytes))
+            return Fail("HEX argument " + std::to_string(i) + ": " + TooLong(hex.aBytes.size()));
     }
 
     if (!options.strFile.empty()) {
@@ -247,7 +260,8 @@ int RunDecode(const SDecoderEntry& entry, const SOptions& options)
             const SHexResult hex = ParseHex(strLine);
             if (!hex.bOK)
                 return Fail(strName + " line " + std::to_string(nLine) + ": " + hex.strError);
-            run.Decode(hex.aBytes);
+            if (!run.Decode(hex.aBytes))
+                return Fail(strName + " line " + std::to_string(nLine) + ": " + TooLong(hex.aBytes.size()));
         }
         if (in.bad())
             return Fail("cannot read " + strName + ": read error");
@@ -260,15 +274,18 @@ int RunDecode(const SDecoderEntry& entry, const SOptions& options)
         std::vector<std::uint8_t> aBytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
         if (file.bad())
             return Fail("cannot read file " + Quoted(options.strBinFile) + ": read error");
-        run.Decode(aBytes);
+        if (!run.Decode(aBytes))
+            return Fail("file " + Quoted(options.strBinFile) + ": " + TooLong(aBytes.size()));
     }
 
     if (!options.strBtSnoopFile.empty()) {
         const SBtSnoopFile capture = ReadBtSnoop(options.strBtSnoopFile);
         if (!capture.bOK)
             return Fail("cannot read btsnoop file " + Quoted(options.strBtSnoopFile) + ": " + capture.strError);
-        for (const SBtSnoopPacket& packet : capture.aPackets)
-            run.Decode(packet.aBytes, packet.nKind);
+        for (std::size_t i = 0; i < capture.aPackets.size(); ++i)
+            if (!run.Decode(capture.aPackets[i].aBytes, capture.aPackets[i].nKind))
+                return Fail("btsnoop file " + Quoted(options.strBtSnoopFile) + " packet " + std::to_string(i + 1) +
+                            ": " + TooLong(capture.aPackets[i].aBytes.size()));
     }
     return 0;
 }
