@@ -347,60 +347,48 @@ int CHCISpec::CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& p
 unsigned long CHCISpec::ReadHCIACLHostToHostControllerDataPacketTypeElements(const CAdvAnlzData& data,
                                                                              CReqRespProtocolPacket& packet)
 {
-    return ReadACLDataPacket(data, packet, FieldBroadcastFlagToController);
+    // Handle (12 bits), Packet_Boundary_Flag (2), Broadcast_Flag (2),
+    // Data_Total_Length (16), then the data.
+    return ReadDataPacket(data, packet, "HCI ACL Data Packet", FieldACLHandle,
+                          {FieldPacketBoundaryFlag, FieldBroadcastFlagToController, FieldACLDataTotalLength},
+                          FieldACLData);
 }
 
 unsigned long CHCISpec::ReadHCIACLHostControllerToHostDataPacketTypeElements(const CAdvAnlzData& data,
                                                                              CReqRespProtocolPacket& packet)
 {
-    return ReadACLDataPacket(data, packet, FieldBroadcastFlagToHost);
-}
-
-unsigned long CHCISpec::ReadACLDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                          unsigned short nFlagId)
-{
-    if (data.GetByteLength() < 1)
-        return 0;
-    packet.SetRequestName("HCI ACL Data Packet");
-
-    // Handle (12 bits), Packet_Boundary_Flag (2), Broadcast_Flag (2),
-    // Data_Total_Length (16), then the data.
-    CHCIReader reader(*this, data, packet);
-    if (!reader.Read(FieldACLHandle))
-        return reader.Consumed();
-    const std::uint16_t wHandle = reader.Value();
-    if (wHandle >= kFirstReservedHandle) {
-        reader.ReadRest();
-        return reader.Consumed();
-    }
-    if (!reader.ReadList({FieldPacketBoundaryFlag, nFlagId, FieldACLDataTotalLength}))
-        return reader.Consumed();
-    // A length of 0 reads the data field's default width: all that is left.
-    const std::uint16_t wLength = reader.Value();
-    reader.Read(FieldACLData, 8ul * wLength);
-    reader.ReadRest();
-    return reader.Consumed();
+    return ReadDataPacket(data, packet, "HCI ACL Data Packet", FieldACLHandle,
+                          {FieldPacketBoundaryFlag, FieldBroadcastFlagToHost, FieldACLDataTotalLength}, FieldACLData);
 }
 
 unsigned long CHCISpec::ReadHCISCODataPacketTypeElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
+    // Handle (12 bits), reserved (4), Data_Total_Length (8), then the data.
+    return ReadDataPacket(data, packet, "HCI SCO Data Packet", FieldSCOHandle,
+                          {FieldSCOReserved, FieldSCODataTotalLength}, FieldSCOData);
+}
+
+unsigned long CHCISpec::ReadDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, const char* pszName,
+                                       unsigned short nHandleId, std::initializer_list<unsigned short> headerIds,
+                                       unsigned short nDataId)
+{
     if (data.GetByteLength() < 1)
         return 0;
-    packet.SetRequestName("HCI SCO Data Packet");
+    packet.SetRequestName(pszName);
 
-    // Handle (12 bits), reserved (4), Data_Total_Length (8), then the data.
     CHCIReader reader(*this, data, packet);
-    if (!reader.Read(FieldSCOHandle))
+    if (!reader.Read(nHandleId))
         return reader.Consumed();
     const std::uint16_t wHandle = reader.Value();
     if (wHandle >= kFirstReservedHandle) {
         reader.ReadRest();
         return reader.Consumed();
     }
-    if (!reader.ReadList({FieldSCOReserved, FieldSCODataTotalLength}))
+    if (!reader.ReadList(headerIds))
         return reader.Consumed();
-    const std::uint8_t nLength = reader.Value();
-    reader.Read(FieldSCOData, 8ul * nLength);
+    // A length of 0 reads the data field's default width: all that is left.
+    const std::uint16_t wLength = reader.Value();
+    reader.Read(nDataId, 8ul * wLength);
     reader.ReadRest();
     return reader.Consumed();
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 
 #include "core/AdvAnlzData.h"
 #include "core/ProtocolPacket.h"
@@ -115,9 +116,12 @@ private:
                                                                        CReqRespProtocolPacket& packet);
     unsigned long ReadHCISCODataPacketTypeElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
     unsigned long ReadHCIErrorMessagePacketTypeElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    // The ACL walk of both directions; nFlagId is the direction's broadcast flag.
-    unsigned long ReadACLDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                    unsigned short nFlagId);
+    // The walk of ACL and SCO data packets: the 12-bit handle (a reserved
+    // handle ends the packet), the header fields behind it, the last of them
+    // the data length in bytes, then the data.
+    unsigned long ReadDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, const char* pszName,
+                                 unsigned short nHandleId, std::initializer_list<unsigned short> headerIds,
+                                 unsigned short nDataId);
 
     // 1: the code is known and nothing was consumed; 0: the packet was
     // finished here.
