@@ -20,6 +20,8 @@
 #include "platform/String.h"
 
 class CProtocolPacket;
+template <class TSpec, class TPacket>
+class CFieldCursor;
 
 // Whether ReadField byte-reverses a value wider than 8 bits.
 enum EByteOrder : int {
@@ -151,6 +153,10 @@ protected:
     // keeping the table's length: for values assembled by hand.
     unsigned char AddFieldAt(CProtocolPacket& packet, const SSpecFieldAttr* pDefault,
                              const CAdvAnlzData& value, std::uint32_t dwOffset);
+
+    // The walk renames field instances through RenameFieldInstance.
+    template <class TSpec, class TPacket>
+    friend class CFieldCursor;
 
     // Gives the occurrence of a field at nIndex a record of its own, with
     // its strings changed by the caller (name, abbreviation, description).

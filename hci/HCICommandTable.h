@@ -144,7 +144,7 @@ inline bool ReadHCICommandParameters(CHCIReader& reader, const SHCICommand& comm
     for (const SHCICommandParameter& param : command.aParams) {
         if (param.nId == 0)
             break;
-        const bool bMore = param.pszDesc ? reader.ReadDescribed(param.nId, param.pszDesc) : reader.Read(param.nId);
+        const bool bMore = param.pszDesc ? ReadHCIDescribed(reader, param.nId, param.pszDesc) : reader.ReadOn(param.nId);
         if (!bMore)
             return false;
     }

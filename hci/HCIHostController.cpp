@@ -93,30 +93,30 @@ const char kDeviceOfInterest[] = "BD_ADDR of the Device of Interest";
 // the condition. False as soon as nothing is left.
 bool ReadSetEventFilter(CHCIReader& reader)
 {
-    if (!reader.Read(Filter_Type))
+    if (!reader.ReadOn(Filter_Type))
         return false;
     const std::uint8_t nFilterType = reader.Value();
     if (nFilterType == 1) {  // Inquiry Result
-        if (!reader.Read(Inquiry_Result_Filter_Condition_Type))
+        if (!reader.ReadOn(Inquiry_Result_Filter_Condition_Type))
             return false;
         const std::uint8_t nConditionType = reader.Value();
         if (nConditionType == 0)  // any new device: no condition bits
-            return reader.Read(Condition);
+            return reader.ReadOn(Condition);
         if (nConditionType == 1)
             return reader.ReadList({Condition_Class_of_Device, Condition_Class_of_Device_Mask});
         if (nConditionType == 2)
-            return reader.ReadDescribed(BD_ADDR, kDeviceOfInterest);
+            return ReadHCIDescribed(reader, BD_ADDR, kDeviceOfInterest);
     } else if (nFilterType == 2) {  // Connection Setup
-        if (!reader.Read(Connection_Setup_Filter_Condition_Type))
+        if (!reader.ReadOn(Connection_Setup_Filter_Condition_Type))
             return false;
         const std::uint8_t nConditionType = reader.Value();
         if (nConditionType == 0)
-            return reader.Read(Condition_Auto_Accept_Flag);
+            return reader.ReadOn(Condition_Auto_Accept_Flag);
         if (nConditionType == 1)
             return reader.ReadList(
                 {Condition_Class_of_Device, Condition_Class_of_Device_Mask, Condition_Auto_Accept_Flag});
         if (nConditionType == 2)
-            return reader.ReadDescribed(BD_ADDR, kDeviceOfInterest) && reader.Read(Condition_Auto_Accept_Flag);
+            return ReadHCIDescribed(reader, BD_ADDR, kDeviceOfInterest) && reader.ReadOn(Condition_Auto_Accept_Flag);
     }
     return true;
 }
@@ -333,12 +333,12 @@ void CHCISpec::InitOptions_HCIHostControl()
 
 unsigned long CHCISpec::ReadHostCommandElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     // Named at once, so that a command without parameters has its name too.
-    const bool bMore = reader.Read(FieldHostOCF);
+    const bool bMore = reader.ReadOn(FieldHostOCF);
     const std::uint16_t nOCF = reader.Value();
     HostSetRequestAndResponseNames(packet, nOCF);
-    if (!bMore || !reader.Read(FieldHostOGF) || !reader.Read(FieldTotalLength))
+    if (!bMore || !reader.ReadOn(FieldHostOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
     if (nOCF == kSetEventFilterOCF) {
@@ -349,6 +349,6 @@ unsigned long CHCISpec::ReadHostCommandElements(const CAdvAnlzData& data, CReqRe
         if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
             return reader.Consumed();
     }
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }

@@ -43,12 +43,12 @@ unsigned long CHCISpec::ReadInformationParametersElements(const CAdvAnlzData& da
 {
     // The opcode check named the command already, so that one cut behind its
     // OCF or OGF has its name too; naming it again here changes nothing.
-    CHCIReader reader(*this, data, packet);
-    const bool bMore = reader.Read(FieldInformationOCF);
+    CHCIReader reader = Reader(data, packet);
+    const bool bMore = reader.ReadOn(FieldInformationOCF);
     const std::uint16_t nOCF = reader.Value();
-    if (!bMore || !reader.Read(FieldInformationOGF) || !reader.Read(FieldTotalLength))
+    if (!bMore || !reader.ReadOn(FieldInformationOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
     InformationSetRequestName(packet, nOCF);
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }

@@ -201,17 +201,17 @@ void CHCISpec::InitOptions_HCILinkControl()
 
 unsigned long CHCISpec::ReadLinkCommandElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     // Named at once, so that a command without parameters has its name too.
-    const bool bMore = reader.Read(FieldLinkOCF);
+    const bool bMore = reader.ReadOn(FieldLinkOCF);
     const std::uint16_t nOCF = reader.Value();
     LinkCommandSetRequestAndResponseNames(packet, nOCF);
-    if (!bMore || !reader.Read(FieldLinkOGF) || !reader.Read(FieldTotalLength))
+    if (!bMore || !reader.ReadOn(FieldLinkOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
     const SHCICommand* pCommand = FindHCICommand(kLinkCommands, nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }

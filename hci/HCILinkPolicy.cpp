@@ -78,17 +78,17 @@ void CHCISpec::InitOptions_HCIPolicyControl()
 
 unsigned long CHCISpec::ReadPolicyCommandElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     // Named at once, so that a command cut behind its OCF has its name too.
-    const bool bMore = reader.Read(FieldPolicyOCF);
+    const bool bMore = reader.ReadOn(FieldPolicyOCF);
     const std::uint16_t nOCF = reader.Value();
     PolicySetRequestAndResponseNames(packet, nOCF);
-    if (!bMore || !reader.Read(FieldPolicyOGF) || !reader.Read(FieldTotalLength))
+    if (!bMore || !reader.ReadOn(FieldPolicyOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
     const SHCICommand* pCommand = FindHCICommand(kPolicyCommands, nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }

@@ -253,7 +253,7 @@ int CHCISpec::CheckCommandCode(const CAdvAnlzData& data, CReqRespProtocolPacket&
         return 1;
     }
 
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     if (nOGF == kOGFVendor) {
         // The vendor's parameters, Total_Length first, are one opaque field.
         packet.SetRequestName("Vendor Command");
@@ -268,14 +268,14 @@ int CHCISpec::CheckCommandCode(const CAdvAnlzData& data, CReqRespProtocolPacket&
     if (nOGF >= kOGFLinkControl && nOGF <= kOGFTesting) {
         // An unknown command of a known group: its OCF shows in the link
         // control field, and the OGF bits stand at the front of UnExpected.
-        if (!reader.Read(FieldLinkOCF))
+        if (!reader.ReadOn(FieldLinkOCF))
             return 0;
     } else {
         if (!reader.ReadList({FieldLinkOCF, FieldLinkOGF}))
             return 0;
     }
     m_nOpCodeOCF = FieldLinkOCF;
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return 0;
 }
 
@@ -288,11 +288,11 @@ unsigned long CHCISpec::ReadHCIEventPacketTypeElements(const CAdvAnlzData& data,
     if (!CheckEventCode(data, packet))
         return 0;
 
-    CHCIReader reader(*this, data, packet);
-    if (!reader.Read(FieldEventCode))
+    CHCIReader reader = Reader(data, packet);
+    if (!reader.ReadOn(FieldEventCode))
         return reader.Consumed();
     const std::uint8_t nEventCode = reader.Value();
-    if (!reader.Read(FieldParameterTotalLength))
+    if (!reader.ReadOn(FieldParameterTotalLength))
         return reader.Consumed();
     ReadEventParameters(reader, nEventCode);
     return reader.Consumed();
@@ -307,7 +307,7 @@ void CHCISpec::ReadEventParameters(CHCIReader& reader, std::uint8_t nEventCode)
         reader.Packet().SetRequestName("Command Status Event");
     else
         reader.Packet().SetRequestName(GetFieldOptionName(FieldEventCode, CAdvAnlzData(nEventCode, 8)));
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
 }
 
 int CHCISpec::CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
@@ -316,7 +316,7 @@ int CHCISpec::CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& p
     if (nEventCode >= kEventFirst && nEventCode <= kEventLast)
         return 1;
 
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     switch (nEventCode) {
     case kEventVendor: {
         // Parameter_Total_Length sizes the vendor's data; the rest is left over.
@@ -325,19 +325,19 @@ int CHCISpec::CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& p
             return 0;
         const std::uint8_t nLength = reader.Value();
         reader.Read(FieldVendorData, 8ul * nLength);
-        reader.ReadRest();
+        reader.ReadRest(CHCISpec::FieldUnExpected);
         return 0;
     }
     case kEventLogoTesting:
         // No length field: the logo testing data starts behind the code.
         packet.SetRequestName("Bluetooth Logo Testing");
-        if (reader.Read(FieldEventCode))
+        if (reader.ReadOn(FieldEventCode))
             reader.Read(FieldLogoTestingData);
         return 0;
     default:
         packet.SetRequestName("UnKnown");
-        if (reader.Read(FieldEventCode))
-            reader.ReadRest();
+        if (reader.ReadOn(FieldEventCode))
+            reader.ReadRest(CHCISpec::FieldUnExpected);
         return 0;
     }
 }
@@ -376,12 +376,12 @@ unsigned long CHCISpec::ReadDataPacket(const CAdvAnlzData& data, CReqRespProtoco
         return 0;
     packet.SetRequestName(pszName);
 
-    CHCIReader reader(*this, data, packet);
-    if (!reader.Read(nHandleId))
+    CHCIReader reader = Reader(data, packet);
+    if (!reader.ReadOn(nHandleId))
         return reader.Consumed();
     const std::uint16_t wHandle = reader.Value();
     if (wHandle >= kFirstReservedHandle) {
-        reader.ReadRest();
+        reader.ReadRest(CHCISpec::FieldUnExpected);
         return reader.Consumed();
     }
     if (!reader.ReadList(headerIds))
@@ -389,7 +389,7 @@ unsigned long CHCISpec::ReadDataPacket(const CAdvAnlzData& data, CReqRespProtoco
     // A length of 0 reads the data field's default width: all that is left.
     const std::uint16_t wLength = reader.Value();
     reader.Read(nDataId, 8ul * wLength);
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }
 
@@ -402,7 +402,7 @@ unsigned long CHCISpec::ReadHCIErrorMessagePacketTypeElements(const CAdvAnlzData
         return 0;
     if (!CheckErrorMessageCode(data, packet))
         return 0;
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     reader.Read(FieldErrorMessageCode);
     return reader.Consumed();
 }
@@ -413,7 +413,7 @@ int CHCISpec::CheckErrorMessageCode(const CAdvAnlzData& data, CReqRespProtocolPa
     if (nCode >= 1 && nCode <= kLastErrorCode)
         return 1;
     packet.SetRequestName("UnKnown");
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     reader.Read(FieldUnExpected);
     return 0;
 }

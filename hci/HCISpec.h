@@ -8,6 +8,7 @@
 #include <initializer_list>
 
 #include "core/AdvAnlzData.h"
+#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
 #include "core/ProtocolSpec.h"
 
@@ -20,8 +21,11 @@ enum EHCIPacketKind : int {
     HCIEventPacketType = 4,
 };
 
-class CHCIReader;
+class CHCISpec;
 class CHCIPacket;
+
+// The walk of every HCI reader over its copy of the payload.
+using CHCIReader = CFieldCursor<CHCISpec>;
 
 class CHCISpec : public CProtocolSpec {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CHCISpec)
@@ -86,7 +90,6 @@ public:
     const SSpecFieldAttr* GetFieldReference(const SSpecFieldAttr& attr);
 
 private:
-    friend class CHCIReader;
     friend class CHCIPacket;
 
     CHCISpec();
@@ -106,6 +109,11 @@ private:
     // The frame's ReadField; it also counts the field as a request field.
     unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
                             CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
+    // A walk over data that stops as soon as nothing is left.
+    CHCIReader Reader(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+    {
+        return CHCIReader(*this, &CHCISpec::ReadField, StopWhenEmpty, data, packet);
+    }
 
     // One walk per packet kind; each works on a copy of the payload.
     unsigned long ReadHCICommandPacketTypeElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);

@@ -36,10 +36,10 @@ void CHCISpec::InitOptions_HCIStatusParameters()
 
 unsigned long CHCISpec::ReadStatusParametersElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CHCIReader reader(*this, data, packet);
-    const bool bMore = reader.Read(FieldStatusOCF);
+    CHCIReader reader = Reader(data, packet);
+    const bool bMore = reader.ReadOn(FieldStatusOCF);
     const std::uint16_t nOCF = reader.Value();
-    if (!bMore || !reader.Read(FieldStatusOGF) || !reader.Read(FieldTotalLength))
+    if (!bMore || !reader.ReadOn(FieldStatusOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
     // Named only behind the header: a status command cut there has no name.
     SetHCICommandRequestName(packet, kStatusCommands, nOCF);
@@ -47,6 +47,6 @@ unsigned long CHCISpec::ReadStatusParametersElements(const CAdvAnlzData& data, C
     const SHCICommand* pCommand = FindHCICommand(kStatusCommands, nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }

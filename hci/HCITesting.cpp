@@ -37,18 +37,18 @@ void CHCISpec::InitOptions_HCITestingCommand()
 
 unsigned long CHCISpec::ReadTestingCommandElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CHCIReader reader(*this, data, packet);
+    CHCIReader reader = Reader(data, packet);
     // Named right behind the OCF, so that a command without parameters has
     // its name too.
-    const bool bMore = reader.Read(FieldTestingOCF);
+    const bool bMore = reader.ReadOn(FieldTestingOCF);
     const std::uint16_t nOCF = reader.Value();
     SetHCICommandRequestName(packet, kTestingCommands, nOCF);
-    if (!bMore || !reader.Read(FieldTestingOGF) || !reader.Read(FieldTotalLength))
+    if (!bMore || !reader.ReadOn(FieldTestingOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
     const SHCICommand* pCommand = FindHCICommand(kTestingCommands, nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
-    reader.ReadRest();
+    reader.ReadRest(CHCISpec::FieldUnExpected);
     return reader.Consumed();
 }

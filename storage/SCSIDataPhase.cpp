@@ -9,7 +9,7 @@
 unsigned long CSCSIProtocolSpec::ReadInquiryData(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                  std::uint32_t dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     // Bytes 0 to 3: device type and qualifier, RMB, version, response format.
     walk.Read(FieldPeripheralDeviceType, 5);
     walk.Read(FieldPeripheralQualifier, 3);
@@ -22,7 +22,7 @@ unsigned long CSCSIProtocolSpec::ReadInquiryData(const CAdvAnlzData& data, CReqR
     walk.Read(FieldDataObsolete, 1);
     walk.Read(FieldAERC);
     if (dwAllocationLength == 4)
-        return walk.GetTotal();
+        return walk.Consumed();
 
     // Bytes 4 to 7: additional length and the capability bits.
     const std::uint32_t dwAdditional = static_cast<std::uint8_t>(walk.Read(FieldInquiryAdditionalLength));
@@ -50,7 +50,7 @@ unsigned long CSCSIProtocolSpec::ReadInquiryData(const CAdvAnlzData& data, CReqR
     walk.ReadReversed(FieldProductIdentification, 128);
     walk.ReadReversed(FieldProductRevisionLevel, 32);
     if (dwAllocationLength == 36)
-        return walk.GetTotal();
+        return walk.Consumed();
 
     // Bytes 36 to 95, then the vendor-specific rest that the additional
     // length announces beyond byte 4.
@@ -63,13 +63,13 @@ unsigned long CSCSIProtocolSpec::ReadInquiryData(const CAdvAnlzData& data, CReqR
         walk.Read(FieldVersionDescriptor);
     walk.ReadReversed(FieldDataReserved, 176);
     walk.Read(FieldVendorSpecific, dwAdditional * 8 - 32);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadSenseData(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                std::uint32_t /*dwAllocationLength*/)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldResponseCode, 7);
     walk.Read(FieldValid, 1);
     walk.Read(FieldDataObsolete, 8);
@@ -86,19 +86,19 @@ unsigned long CSCSIProtocolSpec::ReadSenseData(const CAdvAnlzData& data, CReqRes
     walk.Read(FieldFRUCode, 8);
     // The sense-key specific bytes: the SKSV bit sits between the low seven
     // bits and the next byte of the value. Cut short, the sense data ends.
-    if (!walk.ReadSplit(FieldSenseKeySpecific, FieldSKSV, 7, 1, 8))
-        return walk.GetTotal();
+    if (!ReadSplit(walk, FieldSenseKeySpecific, FieldSKSV, 7, 1, 8))
+        return walk.Consumed();
     // The additional length counts from byte 8; what lies beyond the 11
     // bytes read so far is additional sense bytes. A length under 11 wraps
     // and so takes whatever is left.
     walk.Read(FieldAdditionalSenseBytes, dwAdditional * 8 - 88);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadSendData(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                               std::uint32_t dwTransferLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldDataReserved, 7);
     walk.Read(FieldSCSI3);
     walk.Read(FieldDataReserved, 16);
@@ -110,13 +110,13 @@ unsigned long CSCSIProtocolSpec::ReadSendData(const CAdvAnlzData& data, CReqResp
         if (walk.IsEmpty())
             break;
     }
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadExtendedCopyParameter(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                            std::uint32_t /*dwParameterListLength*/)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldCopyListIdentifier);
     walk.Read(FieldPriority);
     walk.Read(FieldCopyReserved, 1);
@@ -135,12 +135,12 @@ unsigned long CSCSIProtocolSpec::ReadExtendedCopyParameter(const CAdvAnlzData& d
     }
     walk.Read(FieldSegmentDescriptors, dwSegmentLength * 8);
     walk.Read(FieldInlineData, dwInlineLength * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadParameterReadkeys(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.ReadReversed(FieldGeneration, 32);
     const std::uint32_t dwAdditional = walk.ReadReversed(FieldAdditionalLength, 32);
     // One eight-byte reservation key per registered initiator.
@@ -149,83 +149,83 @@ unsigned long CSCSIProtocolSpec::ReadParameterReadkeys(const CAdvAnlzData& data,
         if (walk.IsEmpty())
             break;
     }
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadParameterReservationKeys(const CAdvAnlzData& data,
                                                               CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.ReadReversed(FieldGeneration, 32);
     const std::uint32_t dwAdditional = walk.ReadReversed(FieldAdditionalLength, 32);
     walk.ReadReversed(FieldType, dwAdditional * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadParameterList(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.ReadReversed(FieldReservationKey, 64);
     walk.ReadReversed(FieldServiceActionReservationKey, 64);
     walk.ReadReversed(FieldScopeSpecificAddress, 32);
     walk.Read(FieldAPTPL);
     walk.Read(FieldListReserved, 15);
     walk.ReadReversed(FieldListObsolete, 16);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadReadCombinedHeader(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldHeaderReserved, 8);
     walk.ReadReversed(FieldBufferCapacity, 24);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadReadDescriptorHeader(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldOffsetBoundary, 8);
     walk.ReadReversed(FieldBufferCapacity, 24);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadReadEcoDescriptorHeader(const CAdvAnlzData& data,
                                                              CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldEBOS, 1);
     walk.Read(FieldOffsetBoundary, 8);
     walk.ReadReversed(FieldBufferCapacity, 24);
     // A 12-bit capacity with four reserved bits between its low nibble and
     // its high byte.
-    walk.ReadSplit(FieldBufferCapacity, FieldHeaderReserved, 4, 4, 8);
-    return walk.GetTotal();
+    ReadSplit(walk, FieldBufferCapacity, FieldHeaderReserved, 4, 4, 8);
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCopyStatus(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.ReadReversed(FieldAvailableData, 32);
     walk.Read(FieldCopyStatus, 7);
     walk.Read(FieldHDD, 1);
     walk.ReadReversed(FieldSegmentProcessed, 16);
     walk.Read(FieldTransferCountUnits, 8);
     walk.ReadReversed(FieldTransferCount, 32);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadReceiveData(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     const std::uint32_t dwAvailable = walk.ReadReversed(FieldAvailableData, 32);
     walk.Read(FieldHeld, dwAvailable * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadOperatingParameters(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.ReadReversed(FieldAvailableData, 32);
     walk.Read(FieldResultReserved, 32);
     walk.ReadReversed(FieldMaxTargetDescriptorCount, 16);
@@ -245,43 +245,43 @@ unsigned long CSCSIProtocolSpec::ReadOperatingParameters(const CAdvAnlzData& dat
     walk.Read(FieldResultReserved, 24);
     const std::uint32_t dwCodes = static_cast<std::uint8_t>(walk.Read(FieldImplementedDescriptorTypeCodes, 8));
     walk.Read(FieldDescriptorTypeCodeList, dwCodes * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadFailedSegmentDetails(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.ReadReversed(FieldAvailableData, 32);
     walk.Read(FieldResultReserved, 416);
     walk.Read(FieldCopyCommandStatus, 8);
     walk.Read(FieldResultReserved, 8);
     const std::uint32_t dwSenseLength = static_cast<std::uint16_t>(walk.ReadReversed(FieldSenseDataLength, 16));
     walk.Read(FieldSenseData, dwSenseLength * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadReportReceiveIdentifierParameterList(const CAdvAnlzData& data,
                                                                           CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     const std::uint32_t dwLength = walk.ReadReversed(FieldIdentifierLength, 32);
     walk.Read(FieldIdentifier, dwLength * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadIdentifier(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                 std::uint32_t dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldIdentifier, dwParameterListLength * 8);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadReportLunsParameterList(const CAdvAnlzData& data,
                                                              CReqRespProtocolPacket& packet,
                                                              std::uint32_t /*dwAllocationLength*/)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     const std::uint32_t dwListLength = walk.ReadReversed(FieldLunListLength, 32);
     walk.Read(FieldListReserved, 32);
     // Eight bytes per LUN, kept in wire order: a LUN is an address, not a number.
@@ -292,5 +292,5 @@ unsigned long CSCSIProtocolSpec::ReadReportLunsParameterList(const CAdvAnlzData&
                 break;
         }
     }
-    return walk.GetTotal();
+    return walk.Consumed();
 }

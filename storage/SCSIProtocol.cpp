@@ -144,40 +144,29 @@ unsigned long CSCSIProtocolSpec::ReadField(const CAdvAnlzData& data, CReqRespPro
     return ReadFieldWith(data, packet, nId, CSCSIProtocolSpec::GetDefaultFieldAttr(nId), value, eOrder, dwLength);
 }
 
-const CAdvAnlzData& CSCSIProtocolSpec::CFieldWalk::Read(unsigned short nId, std::uint32_t dwLength,
-                                                        EByteOrder eOrder)
+bool CSCSIProtocolSpec::ReadSplit(CFieldWalk& walk, unsigned short nValueId, unsigned short nBitId,
+                                  std::uint32_t nLow, std::uint32_t nBits, std::uint32_t nHigh)
 {
-    const unsigned long dwBits = m_spec.ReadField(m_data, m_packet, nId, m_value, eOrder, dwLength);
-    m_data.Truncate(static_cast<std::uint32_t>(dwBits), CAdvAnlzData::kToEnd);
-    m_dwTotal += dwBits;
-    return m_value;
-}
-
-bool CSCSIProtocolSpec::CFieldWalk::ReadSplit(unsigned short nValueId, unsigned short nBitId, std::uint32_t nLow,
-                                              std::uint32_t nBits, std::uint32_t nHigh)
-{
-    const std::uint32_t dwOffset = static_cast<std::uint32_t>(m_packet.GetPacketLength());
-    CAdvAnlzData value = m_data.GetBits(0, nLow);
+    CReqRespProtocolPacket& packet = walk.Packet();
+    const std::uint32_t dwOffset = static_cast<std::uint32_t>(packet.GetPacketLength());
+    CAdvAnlzData value = walk.Peek(nLow);
     if (value.GetLength() < nLow)
         return false;
-    m_data.Truncate(nLow, CAdvAnlzData::kToEnd);
-    m_dwTotal += nLow;
-    const CAdvAnlzData bit = m_data.GetBits(0, nBits);
+    walk.Drop(nLow);
+    const CAdvAnlzData bit = walk.Peek(nBits);
     if (bit.GetLength() < nBits)
         return false;
-    m_data.Truncate(nBits, CAdvAnlzData::kToEnd);
-    m_dwTotal += nBits;
-    value += m_data.GetBits(0, nHigh);
+    walk.Drop(nBits);
+    value += walk.Peek(nHigh);
     if (value.GetLength() != nLow + nHigh)
         return false;
-    m_data.Truncate(nHigh, CAdvAnlzData::kToEnd);
-    m_dwTotal += nHigh;
+    walk.Drop(nHigh);
 
     // Both records keep the catalogue's length; the bit's offset points
     // back into the value, where the bit sat on the wire.
-    m_spec.AddFieldAt(m_packet, m_spec.CSCSIProtocolSpec::GetDefaultFieldAttr(nValueId), value, dwOffset);
-    m_spec.AddFieldAt(m_packet, m_spec.CSCSIProtocolSpec::GetDefaultFieldAttr(nBitId), bit,
-                      static_cast<std::uint32_t>(m_packet.GetPacketLength()) - nHigh);
+    AddFieldAt(packet, CSCSIProtocolSpec::GetDefaultFieldAttr(nValueId), value, dwOffset);
+    AddFieldAt(packet, CSCSIProtocolSpec::GetDefaultFieldAttr(nBitId), bit,
+               static_cast<std::uint32_t>(packet.GetPacketLength()) - nHigh);
     return true;
 }
 
@@ -427,47 +416,47 @@ unsigned long CSCSIProtocolSpec::ReadCommand(const CAdvAnlzData& data, CReqRespP
 
 unsigned long CSCSIProtocolSpec::ReadCommandTestUnitReady(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 32);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandRequestSense(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                          std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 24);
     dwAllocationLength = walk.Read(FieldAllocationLength, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReceive(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 8);
     walk.ReadReversed(FieldTransferLength, 24);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandSend(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                  std::uint32_t& dwTransferLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldAER, 1);
     walk.Read(FieldReserved, 7);
     dwTransferLength = walk.ReadReversed(FieldTransferLength, 24);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandInquiry(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                     std::uint8_t& bEVPD, std::uint8_t& bCmdDt,
                                                     std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     bEVPD = walk.Read(FieldEVPD);
     bCmdDt = walk.Read(FieldCmdDt);
     walk.Read(FieldReserved, 6);
@@ -475,47 +464,47 @@ unsigned long CSCSIProtocolSpec::ReadCommandInquiry(const CAdvAnlzData& data, CR
     walk.Read(FieldReserved, 8);
     dwAllocationLength = walk.Read(FieldAllocationLength, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandModeSelect6(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                         std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldSP);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldPF);
     walk.Read(FieldReserved, 19);
     dwParameterListLength = walk.Read(FieldParameterListLength, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReserve6(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldObsolete, 5);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldObsolete, 24);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandRelease6(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldObsolete, 5);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldObsolete, 8);
     walk.Read(FieldReserved, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandModeSense6(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                        std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldDBD);
     walk.Read(FieldReserved, 4);
@@ -524,26 +513,26 @@ unsigned long CSCSIProtocolSpec::ReadCommandModeSense6(const CAdvAnlzData& data,
     walk.Read(FieldReserved, 8);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReceiveDiagnosticResult(const CAdvAnlzData& data,
                                                                     CReqRespProtocolPacket& packet,
                                                                     std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldPCV, 1);
     walk.Read(FieldReserved, 7);
     walk.Read(FieldPageCode, 8);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandSendDiagnostic(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                            std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldUnitOffL, 1);
     walk.Read(FieldDevOffL, 1);
     walk.Read(FieldSelfTest, 1);
@@ -553,37 +542,37 @@ unsigned long CSCSIProtocolSpec::ReadCommandSendDiagnostic(const CAdvAnlzData& d
     walk.Read(FieldReserved, 8);
     dwParameterListLength = walk.ReadReversed(FieldParameterListLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandPereventAllowMediumRemoval(const CAdvAnlzData& data,
                                                                        CReqRespProtocolPacket& packet)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 24);
     walk.Read(FieldPrevent, 2);
     walk.Read(FieldReserved, 6);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReadBuffer(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                        std::uint8_t& nMode, std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     nMode = walk.Read(FieldMode, 4);
     walk.Read(FieldReserved, 4);
     walk.Read(FieldBufferId, 8);
     walk.ReadReversed(FieldBufferOffset, 24);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 24);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandLogSelect(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                       std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldSP);
     walk.Read(FieldPCR);
     walk.Read(FieldReserved, 12);
@@ -591,13 +580,13 @@ unsigned long CSCSIProtocolSpec::ReadCommandLogSelect(const CAdvAnlzData& data, 
     walk.Read(FieldReserved, 32);
     dwParameterListLength = walk.ReadReversed(FieldParameterListLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandLogSense(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                      std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldSP);
     walk.Read(FieldPPC);
     walk.Read(FieldReserved, 6);
@@ -607,27 +596,27 @@ unsigned long CSCSIProtocolSpec::ReadCommandLogSense(const CAdvAnlzData& data, C
     walk.ReadReversed(FieldParameterPointer, 16);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandModeSelect10(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                          std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldSP);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldPF);
     walk.Read(FieldReserved, 43);
     dwParameterListLength = walk.ReadReversed(FieldParameterListLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandRelease10(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                       std::uint8_t& bLongId, std::uint8_t& bThirdPty,
                                                       std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldObsolete, 1);
     bLongId = walk.Read(FieldLongId, 1);
     walk.Read(FieldReserved, 2);
@@ -638,13 +627,13 @@ unsigned long CSCSIProtocolSpec::ReadCommandRelease10(const CAdvAnlzData& data, 
     walk.Read(FieldReserved, 24);
     dwParameterListLength = walk.ReadReversed(FieldParameterListLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandModeSense10(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                         std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldDBD);
     walk.Read(FieldLLBAA);
@@ -654,25 +643,25 @@ unsigned long CSCSIProtocolSpec::ReadCommandModeSense10(const CAdvAnlzData& data
     walk.Read(FieldReserved, 32);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReserveIn(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                       std::uint8_t& nServiceAction,
                                                       std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     nServiceAction = walk.Read(FieldServiceAction, 5);
     walk.Read(FieldReserved, 43);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReserveOut(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                        std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldServiceAction, 5);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldType, 4);
@@ -680,18 +669,18 @@ unsigned long CSCSIProtocolSpec::ReadCommandReserveOut(const CAdvAnlzData& data,
     walk.Read(FieldReserved, 32);
     dwParameterListLength = walk.ReadReversed(FieldParameterListLength, 16);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandExtendedCopy(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                          std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 72);
     dwParameterListLength = walk.ReadReversed(FieldParameterListLength, 32);
     walk.Read(FieldReserved, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReceiveCopyResult(const CAdvAnlzData& data,
@@ -699,7 +688,7 @@ unsigned long CSCSIProtocolSpec::ReadCommandReceiveCopyResult(const CAdvAnlzData
                                                               std::uint8_t& nServiceAction,
                                                               std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     nServiceAction = walk.Read(FieldServiceAction, 5);
     walk.Read(FieldReserved, 3);
     walk.Read(FieldListIdentifier, 8);
@@ -707,25 +696,25 @@ unsigned long CSCSIProtocolSpec::ReadCommandReceiveCopyResult(const CAdvAnlzData
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 32);
     walk.Read(FieldReserved, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReportLuns(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                        std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldReserved, 40);
     dwAllocationLength = walk.ReadReversed(FieldAllocationLength, 32);
     walk.Read(FieldReserved, 8);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandReportReceiveIdentifier(const CAdvAnlzData& data,
                                                                     CReqRespProtocolPacket& packet,
                                                                     std::uint32_t& dwAllocationLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldServiceAction, 5);
     walk.Read(FieldReserved, 19);
     walk.Read(FieldRestricted, 16);
@@ -734,14 +723,14 @@ unsigned long CSCSIProtocolSpec::ReadCommandReportReceiveIdentifier(const CAdvAn
     walk.Read(FieldRestricted, 1);
     walk.Read(FieldReserved, 6);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadCommandSetDeviceIdentifier(const CAdvAnlzData& data,
                                                                 CReqRespProtocolPacket& packet,
                                                                 std::uint32_t& dwParameterListLength)
 {
-    CFieldWalk walk(*this, data, packet);
+    CFieldWalk walk = Walk(data, packet);
     walk.Read(FieldServiceAction, 5);
     walk.Read(FieldReserved, 19);
     walk.Read(FieldRestricted, 16);
@@ -750,7 +739,7 @@ unsigned long CSCSIProtocolSpec::ReadCommandSetDeviceIdentifier(const CAdvAnlzDa
     walk.Read(FieldRestricted, 1);
     walk.Read(FieldReserved, 6);
     walk.Read(FieldControl);
-    return walk.GetTotal();
+    return walk.Consumed();
 }
 
 unsigned long CSCSIProtocolSpec::ReadUnknownCommand(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)

@@ -13,6 +13,7 @@
 
 #include "core/AdvAnlzData.h"
 #include "core/ProtocolPacket.h"
+#include "core/FieldCursor.h"
 #include "core/ProtocolSpec.h"
 
 class CSCSIProtocolSpec : public CProtocolSpec {
@@ -204,38 +205,18 @@ protected:
     // A reader's walk over its own copy of the input. Every field is read
     // and dropped from the copy; past the end of the data fields are still
     // added, with length 0.
-    class CFieldWalk {
-    public:
-        CFieldWalk(CSCSIProtocolSpec& spec, const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
-            : m_spec(spec), m_data(data), m_packet(packet)
-        {
-        }
-        // Reads one field (length 0: the catalogue's) and returns its value,
-        // valid until the next read.
-        const CAdvAnlzData& Read(unsigned short nId, std::uint32_t dwLength = 0,
-                                 EByteOrder eOrder = ByteOrderAsStored);
-        // Reads a big-endian number: the bytes are reversed.
-        const CAdvAnlzData& ReadReversed(unsigned short nId, std::uint32_t dwLength)
-        {
-            return Read(nId, dwLength, ByteOrderReversed);
-        }
-        // Reads a value that the wire splits around a single bit: nLow bits,
-        // the bit (or bits) of nBitId, then nHigh more bits of the value. The
-        // value is added under nValueId and the bit under nBitId at the
-        // position it came from. Adds nothing and returns false when the
-        // data ends first.
-        bool ReadSplit(unsigned short nValueId, unsigned short nBitId, std::uint32_t nLow, std::uint32_t nBits,
-                       std::uint32_t nHigh);
-        bool IsEmpty() const noexcept { return m_data.GetLength() == 0; }
-        unsigned long GetTotal() const noexcept { return m_dwTotal; }
-
-    private:
-        CSCSIProtocolSpec& m_spec;
-        CAdvAnlzData m_data;
-        CReqRespProtocolPacket& m_packet;
-        CAdvAnlzData m_value;
-        unsigned long m_dwTotal = 0;
-    };
+    using CFieldWalk = CFieldCursor<CSCSIProtocolSpec>;
+    CFieldWalk Walk(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+    {
+        return CFieldWalk(*this, &CSCSIProtocolSpec::ReadField, ReadPastEnd, data, packet);
+    }
+    // Reads a value that the wire splits around a single bit: nLow bits,
+    // the bit (or bits) of nBitId, then nHigh more bits of the value. The
+    // value is added under nValueId and the bit under nBitId at the
+    // position it came from. Adds nothing and returns false when the data
+    // ends first.
+    bool ReadSplit(CFieldWalk& walk, unsigned short nValueId, unsigned short nBitId, std::uint32_t nLow,
+                   std::uint32_t nBits, std::uint32_t nHigh);
 
     // Command descriptor blocks, read behind the operation code. Each
     // returns the bits read; the values a row of the dispatch needs come

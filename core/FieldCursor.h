@@ -1,0 +1,131 @@
+// The one walk every decoder makes over a payload: a private copy of the
+// data, consumed from the front. Each field is taken by the decoder's own
+// ReadField (which knows its catalogue, its byte order and what it counts),
+// then its bits are dropped from the copy. A decoder states only its field
+// order and its own rules; what happens when the copy runs dry is the
+// cursor's stop rule:
+//
+//   StopWhenEmpty  the walk ends as soon as nothing is left: once the copy
+//                  is empty no further field is read, so a list of fields
+//                  stops behind the last one the data holds.
+//   ReadPastEnd    every field of the format is still added; past the end of
+//                  the data a field is added with length 0.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+
+#include "core/AdvAnlzData.h"
+#include "core/ProtocolPacket.h"
+#include "core/ProtocolSpec.h"
+
+enum EStopRule : int {
+    StopWhenEmpty = 0,
+    ReadPastEnd = 1,
+};
+
+template <class TSpec, class TPacket = CReqRespProtocolPacket>
+class CFieldCursor {
+public:
+    // The decoder's ReadField: takes a field from the front of data, adds it
+    // to the packet, and returns the bits it took. data is not changed.
+    using ReadFieldFn = unsigned long (TSpec::*)(const CAdvAnlzData& data, TPacket& packet, unsigned short nId,
+                                                 CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
+
+    CFieldCursor(TSpec& spec, ReadFieldFn pfnReadField, EStopRule eRule, const CAdvAnlzData& data, TPacket& packet)
+        : m_spec(spec), m_pfnReadField(pfnReadField), m_eRule(eRule), m_data(data), m_packet(packet)
+    {
+    }
+
+    // Reads one field (dwLength bits, or the catalogue's default when 0) and
+    // drops its bits. Returns its value, valid until the next read; under
+    // StopWhenEmpty a walk that has ended reads nothing and returns an empty
+    // value.
+    const CAdvAnlzData& Read(unsigned short nId, unsigned long dwLength = 0, EByteOrder eOrder = ByteOrderAsStored)
+    {
+        if (m_eRule == StopWhenEmpty && m_data.GetLength() == 0) {
+            m_value.Clean();
+            return m_value;
+        }
+        const unsigned long dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, eOrder, dwLength);
+        Drop(static_cast<std::uint32_t>(dwBits));
+        return m_value;
+    }
+    // A big-endian number on the wire: its bytes are reversed.
+    const CAdvAnlzData& ReadReversed(unsigned short nId, unsigned long dwLength)
+    {
+        return Read(nId, dwLength, ByteOrderReversed);
+    }
+    // Reads one field and tells whether the walk goes on.
+    bool ReadOn(unsigned short nId, unsigned long dwLength = 0)
+    {
+        Read(nId, dwLength);
+        return More();
+    }
+    // Reads the fields in order with their default widths; false as soon
+    // as the walk has ended.
+    bool ReadList(std::initializer_list<unsigned short> ids)
+    {
+        for (unsigned short nId : ids)
+            if (!ReadOn(nId))
+                return false;
+        return true;
+    }
+    // Reads a field, then gives one occurrence of its id in the packet (the
+    // nOccurrence-th, from 0) strings of its own; a null string stays the
+    // catalogue's. The decoder's interning must compare the strings changed.
+    const CAdvAnlzData& ReadRenamed(unsigned short nId, unsigned nOccurrence, const CString* pName,
+                                    const CString* pAbbr, const CString* pDesc, unsigned long dwLength = 0)
+    {
+        if (m_eRule == StopWhenEmpty && m_data.GetLength() == 0) {
+            m_value.Clean();
+            return m_value;
+        }
+        const unsigned long dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, ByteOrderAsStored,
+                                                               dwLength);
+        CByteArray aIndexes;
+        m_packet.GetFieldIndex(nId, aIndexes);
+        if (nOccurrence < static_cast<unsigned>(aIndexes.GetSize()))
+            m_spec.RenameFieldInstance(m_packet, aIndexes[static_cast<int>(nOccurrence)], pName, pAbbr, pDesc);
+        Drop(static_cast<std::uint32_t>(dwBits));
+        return m_value;
+    }
+    // Behind the last field of a format: what is left, if anything, becomes
+    // one field of nLeftoverId (its default width); then the walk has ended.
+    void ReadRest(unsigned short nLeftoverId)
+    {
+        if (m_data.GetLength() != 0)
+            Read(nLeftoverId);
+        Drop(m_data.GetLength());
+    }
+
+    // The next nBits bits (fewer at the end), not consumed.
+    CAdvAnlzData Peek(std::uint32_t nBits) const { return m_data.GetBits(0, nBits); }
+    // Consumes bits that a decoder has taken by hand (with Peek).
+    void Drop(std::uint32_t nBits)
+    {
+        m_data.Truncate(nBits, CAdvAnlzData::kToEnd);
+        m_dwConsumed += nBits;
+    }
+
+    // Whether data is left to read.
+    bool More() const noexcept { return m_data.GetLength() != 0; }
+    bool IsEmpty() const noexcept { return m_data.GetLength() == 0; }
+    // The value of the field read last.
+    const CAdvAnlzData& Value() const noexcept { return m_value; }
+    // What is left of the copy.
+    const CAdvAnlzData& Data() const noexcept { return m_data; }
+    // Bits consumed so far.
+    unsigned long Consumed() const noexcept { return m_dwConsumed; }
+    TPacket& Packet() noexcept { return m_packet; }
+    TSpec& Spec() noexcept { return m_spec; }
+
+private:
+    TSpec& m_spec;
+    ReadFieldFn m_pfnReadField;
+    EStopRule m_eRule;
+    CAdvAnlzData m_data;
+    TPacket& m_packet;
+    CAdvAnlzData m_value;
+    unsigned long m_dwConsumed = 0;
+};
