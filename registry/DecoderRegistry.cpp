@@ -22,8 +22,8 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
                 return static_cast<CHCIPacket&>(packet).RestructBy(data,
                                                                    static_cast<EHCIPacketKind>(options.nHCIKind));
             },
-            [](const CProtocolPacket& packet) -> std::vector<std::pair<std::string, long long>> {
-                return {{"opcode_ocf", static_cast<const CHCIPacket&>(packet).GetOpCodeOCF()}};
+            [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+                return {SPacketExtra::MakeNumber("opcode_ocf", static_cast<const CHCIPacket&>(packet).GetOpCodeOCF())};
             },
         },
     };

@@ -19,6 +19,49 @@ struct SDecodeOptions {
     int nHIDSelector = 1;
 };
 
+// One item of a list that a packet class adds to the host's view: a line of
+// text and its bit-string value.
+struct SExtraItem {
+    std::string strText;
+    CAdvAnlzData value;
+};
+
+// One key that a packet class adds to the host's view besides the fields: a
+// number, a list of numbers, or a list of items.
+struct SPacketExtra {
+    enum EKind { Number, NumberList, ItemList };
+
+    std::string strKey;
+    EKind eKind = Number;
+    long long nNumber = 0;
+    std::vector<long long> aNumbers;
+    std::vector<SExtraItem> aItems;
+
+    static SPacketExtra MakeNumber(std::string strKey, long long nNumber)
+    {
+        SPacketExtra e;
+        e.strKey = std::move(strKey);
+        e.nNumber = nNumber;
+        return e;
+    }
+    static SPacketExtra MakeNumbers(std::string strKey, std::vector<long long> aNumbers)
+    {
+        SPacketExtra e;
+        e.strKey = std::move(strKey);
+        e.eKind = NumberList;
+        e.aNumbers = std::move(aNumbers);
+        return e;
+    }
+    static SPacketExtra MakeItems(std::string strKey, std::vector<SExtraItem> aItems)
+    {
+        SPacketExtra e;
+        e.strKey = std::move(strKey);
+        e.eKind = ItemList;
+        e.aItems = std::move(aItems);
+        return e;
+    }
+};
+
 struct SDecoderEntry {
     const char* pszClassName;
     const char* pszAlias;
@@ -29,8 +72,8 @@ struct SDecoderEntry {
     std::unique_ptr<CProtocolPacket> (*pfnNewPacket)(const SDecodeOptions& options);
     // Decodes data into a packet made by pfnNewPacket; the decoder's result.
     int (*pfnDecode)(CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions& options);
-    // Numbers that a packet class adds to the host's view, as (key, value).
-    std::vector<std::pair<std::string, long long>> (*pfnExtras)(const CProtocolPacket& packet);
+    // What a packet class adds to the host's view, in order; null for none.
+    std::vector<SPacketExtra> (*pfnExtras)(const CProtocolPacket& packet);
 };
 
 // All decoders, in a fixed order.

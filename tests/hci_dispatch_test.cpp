@@ -348,11 +348,16 @@ TEST(HCIDispatch, RegistryEntryDecodesByKindAndShowsTheOCFId)
     EXPECT_EQ(pEntry->pfnDecode(*pPacket, Hex("23 61 00 00 AA"), options), 1);
     EXPECT_EQ(IdsOf(*pPacket), (std::vector<unsigned short>{27270, 27271, 27273, 27274, 27275}));
     ASSERT_NE(pEntry->pfnExtras, nullptr);
-    EXPECT_EQ(pEntry->pfnExtras(*pPacket), (std::vector<std::pair<std::string, long long>>{{"opcode_ocf", 0}}));
+    const std::vector<SPacketExtra> aNone = pEntry->pfnExtras(*pPacket);
+    ASSERT_EQ(aNone.size(), 1u);
+    EXPECT_EQ(aNone[0].strKey, "opcode_ocf");
+    EXPECT_EQ(aNone[0].nNumber, 0);
 
     options.nHCIKind = HCICommandPacketType;
     EXPECT_EQ(pEntry->pfnDecode(*pPacket, Hex("00 0C 00"), options), 1);
-    EXPECT_EQ(pEntry->pfnExtras(*pPacket), (std::vector<std::pair<std::string, long long>>{{"opcode_ocf", 27001}}));
+    const std::vector<SPacketExtra> aLink = pEntry->pfnExtras(*pPacket);
+    ASSERT_EQ(aLink.size(), 1u);
+    EXPECT_EQ(aLink[0].nNumber, 27001);
 }
 
 // ----------------------------------------------------------------- catalogue

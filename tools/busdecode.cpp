@@ -123,9 +123,25 @@ void PrintJson(const SDecoderEntry& entry, const CProtocolPacket& packet, int nR
         f["option_abbr"] = pSpec ? pSpec->GetFieldOptionAbbr(nId, value).ToStdString() : std::string();
         j["fields"].push_back(std::move(f));
     }
-    if (entry.pfnExtras)
-        for (const auto& extra : entry.pfnExtras(packet))
-            j[extra.first] = extra.second;
+    if (entry.pfnExtras) {
+        for (const SPacketExtra& extra : entry.pfnExtras(packet)) {
+            switch (extra.eKind) {
+            case SPacketExtra::Number:
+                j[extra.strKey] = extra.nNumber;
+                break;
+            case SPacketExtra::NumberList:
+                j[extra.strKey] = extra.aNumbers;
+                break;
+            case SPacketExtra::ItemList: {
+                Json a = Json::array();
+                for (const SExtraItem& item : extra.aItems)
+                    a.push_back(Json{{"text", item.strText}, {"value", ValueHex(item.value)}});
+                j[extra.strKey] = std::move(a);
+                break;
+            }
+            }
+        }
+    }
     std::cout << j.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 
@@ -168,9 +184,30 @@ void PrintText(const SDecoderEntry& entry, const CProtocolPacket& packet, int nR
                   << static_cast<int>(pRR->m_nResponseFields) << " response, has response " << pRR->m_bHasResponse
                   << ", format " << static_cast<int>(packet.m_byPacketFormat) << "\n";
     }
-    if (entry.pfnExtras)
-        for (const auto& extra : entry.pfnExtras(packet))
-            std::cout << "  " << extra.first << ": " << extra.second << "\n";
+    if (entry.pfnExtras) {
+        for (const SPacketExtra& extra : entry.pfnExtras(packet)) {
+            std::cout << "  " << extra.strKey << ":";
+            switch (extra.eKind) {
+            case SPacketExtra::Number:
+                std::cout << " " << extra.nNumber << "\n";
+                break;
+            case SPacketExtra::NumberList:
+                if (extra.aNumbers.empty())
+                    std::cout << " none";
+                for (long long n : extra.aNumbers)
+                    std::cout << " " << n;
+                std::cout << "\n";
+                break;
+            case SPacketExtra::ItemList:
+                // One line per item, its text as the decoder indents it.
+                std::cout << (extra.aItems.empty() ? " none\n" : "\n");
+                for (const SExtraItem& item : extra.aItems)
+                    std::cout << "    " << item.strText << "  [" << (item.value.GetLength() ? ValueHex(item.value) : "-")
+                              << "]\n";
+                break;
+            }
+        }
+    }
     std::cout << "  result: " << nResult << "   errors:";
     if (packet.GetPErrors().IsEmpty())
         std::cout << " none";
