@@ -4,9 +4,12 @@
 // and the names of HCI packets.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdio>
 #include <string>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 #include "hci/HCISpec.h"
 #include "tests/TestUtil.h"
@@ -297,6 +300,37 @@ TEST(HCINaming, NoPacketHasAResponse)
         EXPECT_EQ(packet.m_nResponseFields, 0);
         EXPECT_EQ(packet.m_bHasResponse, 0);
     }
+}
+
+// The tool's JSON of events given as hex, one object per event.
+TEST(HCINaming, ToolShowsEventNamesAndTheOCFFieldId)
+{
+    const std::string strCommand = std::string("'") + BUSDECODE_TOOL_PATH + "' --json --hci-kind 4 CHCISpec " +
+                                   HexOf(Hex(CommandComplete(4, 0x09, "00 f52568b5be60"))) + " " +
+                                   HexOf(Hex(CommandComplete(0x3F, 0x01, "00 01"))) + " 0f0400010104";
+    FILE* pPipe = popen(strCommand.c_str(), "r");
+    ASSERT_NE(pPipe, nullptr);
+    std::string strOut;
+    std::array<char, 4096> buf;
+    std::size_t n;
+    while ((n = fread(buf.data(), 1, buf.size(), pPipe)) > 0)
+        strOut.append(buf.data(), n);
+    ASSERT_EQ(pclose(pPipe), 0);
+
+    std::vector<nlohmann::json> aLines;
+    for (std::size_t nPos = 0; nPos < strOut.size();) {
+        const std::size_t nEnd = strOut.find('\n', nPos);
+        aLines.push_back(nlohmann::json::parse(strOut.substr(nPos, nEnd - nPos)));
+        nPos = nEnd == std::string::npos ? strOut.size() : nEnd + 1;
+    }
+    ASSERT_EQ(aLines.size(), 3u);
+    EXPECT_EQ(aLines[0]["request_name"], "HCI_Read_BD_Address Command Complete Event");
+    EXPECT_EQ(aLines[0]["opcode_ocf"], 0);
+    EXPECT_EQ(aLines[0]["fields"][6]["value"], "f52568b5be60");
+    EXPECT_EQ(aLines[1]["request_name"], "UnKnown");
+    EXPECT_EQ(aLines[1]["opcode_ocf"], 27267);
+    EXPECT_EQ(aLines[2]["request_name"], "HCI_Inquiry Command Status Event");
+    EXPECT_EQ(aLines[2]["fields"][2]["option"], "CommandCurrentlyInPending");
 }
 
 }  // namespace
