@@ -270,11 +270,6 @@ const SRealEvent kRealEvents[] = {
     {"LinkKeyNotification", "bluetooth-2006/Bluetooth1.h4phdr.pcap", 21, "LinkKeyNotificationEvent",
      {{27094, 48, "fa2e076d0e00"}, {27139, 128, "ec596f3306bba9e53d7b72de47c1404a"}, {27140, 8, "00"}},
      {{27140, "CombinationKey"}}},
-    {"WriteLinkPolicyComplete", "bluetooth-2006/Bluetooth1.h4phdr.pcap", 25,
-     "HCI_Write_Link_Policy_Settings Command Complete Event",
-     {{27126, 8, "01"}, {27003, 10, "0d00"}, {27004, 6, "02"}, {27160, 8, "00"}, {27156, 16, "2a00"}}, {}},
-    {"MaxSlotsChange", "bluetooth-2006/Bluetooth1.h4phdr.pcap", 27, "MaxSlotsChangeEvent",
-     {{27101, 16, "2a00"}, {27142, 8, "05"}}, {}},
     {"LinkKeyRequest", "bluetooth-2006/Bluetooth1.h4phdr.pcap", 49, "LinkKeyRequestEvent",
      {{27094, 48, "fa2e076d0e00"}}, {}},
     // "NEC 616", then zeros to the 248 bytes of the name.
@@ -286,10 +281,6 @@ const SRealEvent kRealEvents[] = {
     {"ReadBDADDRComplete", "a2dp/motog_btsnoop_hci.log", 12, "HCI_Read_BD_Address Command Complete Event",
      {{27126, 8, "01"}, {27007, 10, "0900"}, {27008, 6, "04"}, {27253, 8, "00"}, {27254, 48, "f52568b5be60"}},
      {{27007, "HCI_Read_BD_ADDR"}}},
-    {"ReadBufferSizeComplete", "a2dp/motog_btsnoop_hci.log", 6, "HCI_Read_Buffer_Size Command Complete Event",
-     {{27126, 8, "01"}, {27007, 10, "0500"}, {27008, 6, "04"}, {27246, 8, "00"}, {27247, 16, "0004"},
-      {27248, 8, "32"}, {27249, 16, "0600"}, {27250, 16, "0800"}},
-     {}},
     // HCI version 4 is newer than any this decoder names.
     {"ReadLocalVersionComplete", "a2dp/lg750.cap", 220, "HCI_Read_Local_Version_Information Command Complete Event",
      {{27126, 8, "01"}, {27007, 10, "0100"}, {27008, 6, "04"}, {27238, 8, "00"}, {27239, 8, "04"},

@@ -246,7 +246,6 @@ TEST(HCICommandComplete, FieldValuesAndWidths)
         std::vector<SFieldView> aReturn;  // behind the opcode
     };
     const SCase aCases[] = {
-        {"Reset", CommandComplete(3, 0x03, "00"), {{27162, 8, "00"}}},
         // The voice setting comes back in the command's own field.
         {"Read_Voice_Setting", CommandComplete(3, 0x25, "00 6000"), {{27205, 8, "00"}, {27072, 16, "6000"}}},
         {"Read_Current_IAC_LAP", CommandComplete(3, 0x39, "00 338b9e 01"),
@@ -255,13 +254,6 @@ TEST(HCICommandComplete, FieldValuesAndWidths)
          {{27169, 8, "00"}, {27170, 16, "0800"}, {27171, 16, "0300"}}},
         {"Write_Stored_Link_Key", CommandComplete(3, 0x11, "00 01"), {{27172, 8, "00"}, {27173, 8, "01"}}},
         {"Delete_Stored_Link_Key", CommandComplete(3, 0x12, "00 0100"), {{27174, 8, "00"}, {27175, 16, "0100"}}},
-        {"Read_Local_Name", CommandComplete(3, 0x14, "00 41424300"),
-         {{27177, 8, "00"}, {27178, 32, "41424300"}}},
-        {"HCI_Read_Buffer_Size", CommandComplete(4, 0x05, "00 fd03 40 0a00 0800"),
-         {{27246, 8, "00"}, {27247, 16, "fd03"}, {27248, 8, "40"}, {27249, 16, "0a00"}, {27250, 16, "0800"}}},
-        {"HCI_Read_Local_Version_Information", CommandComplete(4, 0x01, "00 01 0000 01 0f00 0000"),
-         {{27238, 8, "00"}, {27239, 8, "01"}, {27240, 16, "0000"}, {27241, 8, "01"}, {27242, 16, "0f00"},
-          {27243, 16, "0000"}}},
         {"HCI_Read_RSSI with an error", CommandComplete(5, 0x05, "02 2a00 f6"),
          {{27260, 8, "02"}, {27156, 16, "2a00"}, {27261, 8, "f6"}}},
     };
