@@ -215,6 +215,8 @@ int CAdvAnlzATCommandSpec::InterpretPacketData(const CAdvAnlzData& data, CProtoc
         return 0;
 
     m_dwPayloadBits = data.GetLength();
+    m_aBytes.assign(data.GetByteLength() + 3, 0);
+    data.GetStream(m_aBytes.data());
     CATReader reader(*this, &Spec::ReadField, ReadPastEnd, data, at);
     bool bCommand = false, bResponse = false;
     for (int nPass = 1; reader.More(); ++nPass) {
@@ -222,8 +224,8 @@ int CAdvAnlzATCommandSpec::InterpretPacketData(const CAdvAnlzData& data, CProtoc
             m_bMultipleElements = 1;
         // A last part of under 8 bits counts as a byte; past the end a byte
         // reads 0, which no prefix holds.
-        const CAdvAnlzData& w = reader.Data();
-        const std::uint8_t c0 = w[0], c1 = w[1], c2 = w[2];
+        const std::uint8_t* p = Front(reader);
+        const std::uint8_t c0 = p[0], c1 = p[1], c2 = p[2];
         if ((c0 == 'A' || c0 == 'a') && (c1 == 'T' || c1 == 't')) {
             ReadElementPerefixAT(reader);
             ReadCommandBody(reader);
@@ -240,7 +242,7 @@ int CAdvAnlzATCommandSpec::InterpretPacketData(const CAdvAnlzData& data, CProtoc
         } else if (c0 == kCR) {
             reader.Read(FieldCarriageReturn, 8);
         } else {
-            ReadUnKnownBody(reader, w.GetLength());
+            ReadUnKnownBody(reader, reader.Data().GetLength());
         }
     }
 
@@ -291,15 +293,15 @@ unsigned long CAdvAnlzATCommandSpec::ReadUnKnownBody(CATReader& reader, std::uin
 
 unsigned long CAdvAnlzATCommandSpec::ReadCommandBody(CATReader& reader)
 {
-    const CAdvAnlzData& w = reader.Data();
-    const std::uint32_t dwBits = w.GetLength();
+    const std::uint32_t dwBits = reader.Data().GetLength();
     if (dwBits == 0)
         return 0;
     // The line ends at the first CR among the whole bytes; a CR right behind
     // the prefix leaves no command to read.
+    const std::uint8_t* p = Front(reader);
     const std::uint32_t nBytes = dwBits / 8;
     for (std::uint32_t i = 0; i < nBytes; ++i) {
-        if (w[i] != kCR)
+        if (p[i] != kCR)
             continue;
         if (i == 0)
             break;
@@ -317,7 +319,7 @@ void CAdvAnlzATCommandSpec::InterperetCommandBody(CATReader& reader, std::uint32
         if (nPass > 1)
             m_bMultipleElements = 1;
         const std::uint32_t dwLeft = static_cast<std::uint32_t>(dwEnd - reader.Consumed());
-        const std::uint8_t c = reader.Data()[0];
+        const std::uint8_t c = Front(reader)[0];
         switch (c) {
         case '&':
             InterperetCommandBodyCategory(reader, dwLeft, CategoryA);
@@ -352,14 +354,14 @@ void CAdvAnlzATCommandSpec::InterperetCommandBody(CATReader& reader, std::uint32
                 continue;
             }
         }
-        if (reader.Consumed() < dwEnd && reader.Data()[0] == kCR)
+        if (reader.Consumed() < dwEnd && Front(reader)[0] == kCR)
             reader.Read(FieldCarriageReturn, 8);
     }
 }
 
-const SATTextRow* CAdvAnlzATCommandSpec::MatchBodyRow(const CAdvAnlzData& data, std::uint32_t nLeftBytes) const
+const SATTextRow* CAdvAnlzATCommandSpec::MatchBodyRow(const std::uint8_t* pFront, std::uint32_t nLeftBytes) const
 {
-    const std::uint8_t c[3] = {ToUpper(data[0]), ToUpper(data[1]), ToUpper(data[2])};
+    const std::uint8_t c[3] = {ToUpper(pFront[0]), ToUpper(pFront[1]), ToUpper(pFront[2])};
     for (unsigned n = std::min<std::uint32_t>(3, nLeftBytes); n >= 1; --n) {
         const std::uint32_t dwKey = TextKey(c[0], n > 1 ? c[1] : 0, n > 2 ? c[2] : 0, n);
         const auto it = std::lower_bound(m_aBodyIndex.begin(), m_aBodyIndex.end(), dwKey,
@@ -373,9 +375,9 @@ const SATTextRow* CAdvAnlzATCommandSpec::MatchBodyRow(const CAdvAnlzData& data, 
 unsigned long CAdvAnlzATCommandSpec::InterperetCommandBodyCategory(CATReader& reader, std::uint32_t dwLeft,
                                                                    EATCategory eCategory)
 {
-    const CAdvAnlzData& w = reader.Data();
+    const std::uint8_t* p = Front(reader);
     const std::uint32_t nLeftBytes = dwLeft / 8;
-    const auto at = [&](std::uint32_t i) -> std::uint8_t { return i < nLeftBytes ? w[i] : 0; };
+    const auto at = [&](std::uint32_t i) -> std::uint8_t { return i < nLeftBytes ? p[i] : 0; };
 
     // Inside a line, 'A' starts a repeat ("A/"), the answer command ("ATA")
     // or a second prefix ("AT"), and nothing else.
@@ -398,7 +400,7 @@ unsigned long CAdvAnlzATCommandSpec::InterperetCommandBodyCategory(CATReader& re
         return ReadUnKnownBody(reader, dwLeft);
     }
 
-    if (const SATTextRow* pRow = MatchBodyRow(w, nLeftBytes)) {
+    if (const SATTextRow* pRow = MatchBodyRow(p, nLeftBytes)) {
         const std::uint32_t dwBits = static_cast<std::uint32_t>(8 * std::strlen(pRow->pszText));
         reader.Read(FieldCommandBody, dwBits);
         NameElement(reader.Packet(), RowOfFormat(pRow->nCode), pRow->nCode);

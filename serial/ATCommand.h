@@ -160,7 +160,13 @@ private:
     // The body row that matches the longest text at the front of the line
     // (letters in either case), or null. At most three characters are looked
     // at.
-    const SATTextRow* MatchBodyRow(const CAdvAnlzData& data, std::uint32_t nLeftBytes) const;
+    const SATTextRow* MatchBodyRow(const std::uint8_t* pFront, std::uint32_t nLeftBytes) const;
+    // The payload's bytes from the walk's position on. Three zero bytes
+    // follow the payload, so that a look at the next few never runs past it.
+    const std::uint8_t* Front(const CATReader& reader) const noexcept
+    {
+        return m_aBytes.data() + reader.Consumed() / 8;
+    }
     // Records a recognised element in the command list and as the format.
     void NameElement(CATCommandPacket& packet, unsigned short nRow, unsigned short nCode);
 
@@ -176,6 +182,7 @@ private:
     unsigned char m_nRequestFields = 0;
     unsigned char m_nResponseFields = 0;
     std::uint32_t m_dwPayloadBits = 0;  // length of the payload being decoded
+    std::vector<std::uint8_t> m_aBytes; // its bytes, for looking at characters
 
     // The format codes in the order they were added, and their names by code.
     CWordArray m_awATFormats;

@@ -146,44 +146,43 @@ std::uint8_t ToLower(std::uint8_t c) noexcept
     return (c >= 'A' && c <= 'Z') ? static_cast<std::uint8_t>(c - 'A' + 'a') : c;
 }
 
-// Whether the nLength bytes of data from nFrom on are the characters of
-// pszText, each passed through fold first.
+// Whether the first nLength bytes are the characters of pszText, each passed
+// through fold first.
 template <class TFold>
-bool BytesAre(const CAdvAnlzData& data, std::uint32_t nFrom, std::uint32_t nLength, const char* pszText, TFold fold)
+bool BytesAre(const std::uint8_t* p, std::uint32_t nLength, const char* pszText, TFold fold)
 {
     for (std::uint32_t i = 0; i < nLength; ++i)
-        if (pszText[i] == '\0' || data[nFrom + i] != fold(static_cast<std::uint8_t>(pszText[i])))
+        if (pszText[i] == '\0' || p[i] != fold(static_cast<std::uint8_t>(pszText[i])))
             return false;
     return true;
 }
 
-bool BytesAre(const CAdvAnlzData& data, std::uint32_t nFrom, std::uint32_t nLength, const char* pszText)
+bool BytesAre(const std::uint8_t* p, std::uint32_t nLength, const char* pszText)
 {
-    return BytesAre(data, nFrom, nLength, pszText, [](std::uint8_t c) { return c; });
+    return BytesAre(p, nLength, pszText, [](std::uint8_t c) { return c; });
 }
 
-// Whether the first nText bytes of data are exactly pszText.
-bool TextIs(const CAdvAnlzData& data, std::uint32_t nText, const char* pszText)
+// Whether the first nText bytes are exactly pszText.
+bool TextIs(const std::uint8_t* p, std::uint32_t nText, const char* pszText)
 {
-    return std::strlen(pszText) == nText && BytesAre(data, 0, nText, pszText);
+    return std::strlen(pszText) == nText && BytesAre(p, nText, pszText);
 }
 
 // Whether a '+' command line's text (its CR left out) is one of the accepted
 // forms; bBareUpperCase tells whether it is a bare command in upper case.
-const SPlusCommand* AcceptPlusCommand(const CAdvAnlzData& data, std::uint32_t nText, bool& bBareUpperCase)
+const SPlusCommand* AcceptPlusCommand(const std::uint8_t* p, std::uint32_t nText, bool& bBareUpperCase)
 {
     bBareUpperCase = false;
     for (const SPlusCommand& command : kPlusCommands) {
         const std::uint32_t n = static_cast<std::uint32_t>(std::strlen(command.pszCommand));
         if (nText < n)
             continue;
-        const bool bUpper = BytesAre(data, 0, n, command.pszCommand);
-        const bool bLower = !bUpper && !(command.nForms & FormUpperCaseOnly) &&
-                            BytesAre(data, 0, n, command.pszCommand, ToLower);
+        const bool bUpper = BytesAre(p, n, command.pszCommand);
+        const bool bLower = !bUpper && !(command.nForms & FormUpperCaseOnly) && BytesAre(p, n, command.pszCommand, ToLower);
         if (!bUpper && !bLower)
             continue;
         const std::uint32_t nRest = nText - n;
-        const std::uint8_t c0 = nRest > 0 ? data[n] : 0, c1 = nRest > 1 ? data[n + 1] : 0;
+        const std::uint8_t c0 = nRest > 0 ? p[n] : 0, c1 = nRest > 1 ? p[n + 1] : 0;
         bool bAccepted = false;
         if (nRest == 0)
             bAccepted = (command.nForms & FormBare) != 0;
@@ -213,11 +212,10 @@ bool IsDialCharacter(std::uint8_t c) noexcept
 unsigned long CAdvAnlzATCommandSpec::InterperetCommandBodyHandsFreeAndHeadset(CATReader& reader,
                                                                               std::uint32_t dwLeft)
 {
-    const CAdvAnlzData& w = reader.Data();
     const std::uint32_t nLine = dwLeft / 8;
     const std::uint32_t nText = nLine > 0 ? nLine - 1 : 0;
     bool bBareUpperCase = false;
-    const SPlusCommand* pCommand = AcceptPlusCommand(w, nText, bBareUpperCase);
+    const SPlusCommand* pCommand = AcceptPlusCommand(Front(reader), nText, bBareUpperCase);
     if (!pCommand)
         return ReadUnKnownBody(reader, dwLeft);
 
@@ -242,11 +240,12 @@ unsigned long CAdvAnlzATCommandSpec::InterperetDialCommandParameters(CATReader& 
     reader.Read(FieldCommandBody, 8);
     NameElement(packet, RowOfFormat(FormatDial), FormatDial);
     const CAdvAnlzData& w = reader.Data();
+    const std::uint8_t* p = Front(reader);
     const std::uint32_t nBytes = dwLeft / 8 > 0 ? dwLeft / 8 - 1 : 0;  // behind the 'D', the CR included
     if (nBytes == 0)
         return 8;
 
-    if (w[0] == kCR) {
+    if (p[0] == kCR) {
         // No number: the CR stands as the dial string and as the line's end.
         AddTextAt(packet, FieldDialParameters, w.GetBits(0, 8), m_dwPayloadBits - w.GetLength());
         reader.Read(FieldCarriageReturn, 8);
@@ -254,7 +253,7 @@ unsigned long CAdvAnlzATCommandSpec::InterperetDialCommandParameters(CATReader& 
     }
     bool bUnderstood = true;
     for (std::uint32_t i = 0; i < nBytes; ++i) {
-        const std::uint8_t c = w[i];
+        const std::uint8_t c = p[i];
         if (c == kCR || IsDialCharacter(c))
             continue;
         if (c == '"') {
@@ -262,7 +261,7 @@ unsigned long CAdvAnlzATCommandSpec::InterperetDialCommandParameters(CATReader& 
             // the end of the line.
             std::uint32_t nQuotes = 0;
             for (std::uint32_t j = i; j < nBytes; ++j)
-                nQuotes += w[j] == '"' ? 1 : 0;
+                nQuotes += p[j] == '"' ? 1 : 0;
             bUnderstood = nQuotes % 2 == 0;
         } else {
             bUnderstood = false;
@@ -275,7 +274,7 @@ unsigned long CAdvAnlzATCommandSpec::InterperetDialCommandParameters(CATReader& 
         reader.Read(FieldUnknownDialParameters, nBytes * 8);
         return dwLeft;
     }
-    const std::uint32_t nDial = w[nBytes - 1] == kCR ? nBytes - 1 : nBytes;
+    const std::uint32_t nDial = p[nBytes - 1] == kCR ? nBytes - 1 : nBytes;
     reader.Read(FieldDialParameters, nDial * 8);
     return 8 + nDial * 8;
 }
@@ -296,12 +295,13 @@ unsigned long CAdvAnlzATCommandSpec::InterpretResponseBody(CATReader& reader)
     };
 
     const CAdvAnlzData& w = reader.Data();
+    const std::uint8_t* p = Front(reader);
     const std::uint32_t nBytes = w.GetLength() / 8;
     std::uint32_t nText = 0;
-    while (nText < nBytes && w[nText] != kCR)
+    while (nText < nBytes && p[nText] != kCR)
         ++nText;
     const bool bEndOfLine = nText < nBytes;
-    if (bEndOfLine && !(nText + 1 < nBytes && w[nText + 1] == kLF)) {
+    if (bEndOfLine && !(nText + 1 < nBytes && p[nText + 1] == kLF)) {
         // A CR without its LF: the line and the character behind the CR are
         // passed over, and only what follows them is kept.
         reader.Drop(std::min<std::uint32_t>((nText + 2) * 8, w.GetLength()));
@@ -313,10 +313,10 @@ unsigned long CAdvAnlzATCommandSpec::InterpretResponseBody(CATReader& reader)
     if (bEndOfLine) {
         for (const char* pszPrefix : kResponsePrefixes) {
             const std::uint32_t n = static_cast<std::uint32_t>(std::strlen(pszPrefix));
-            bUnderstood = bUnderstood || (nText >= n && BytesAre(w, 0, n, pszPrefix));
+            bUnderstood = bUnderstood || (nText >= n && BytesAre(p, n, pszPrefix));
         }
         for (const char* pszWord : kResponseWords)
-            bUnderstood = bUnderstood || TextIs(w, nText, pszWord);
+            bUnderstood = bUnderstood || TextIs(p, nText, pszWord);
     }
     if (!bUnderstood) {
         readUnexpected();
@@ -327,7 +327,7 @@ unsigned long CAdvAnlzATCommandSpec::InterpretResponseBody(CATReader& reader)
     // "+CIEV: 1,1" is shown but changes neither the list nor the format.
     const SATTextRow* pRow = nullptr;
     for (const SATTextRow& row : ms_aResponseRows)
-        if (!pRow && TextIs(w, nText, row.pszText))
+        if (!pRow && TextIs(p, nText, row.pszText))
             pRow = &row;
     reader.Read(FieldResponse, nText * 8);
     if (pRow)

@@ -51,11 +51,15 @@ bool IsForbiddenConnectFlags(std::uint8_t nFlags) noexcept
 }
 
 // One field taken by a check: its id (0 when the position was beyond the
-// last field) and its value.
+// last field) and its value (empty then).
 struct SCheckedField {
     unsigned short nId = 0;
-    CAdvAnlzData value;
+    const CAdvAnlzData* pValue = &kNoValue;
+    static const CAdvAnlzData kNoValue;
+
+    const CAdvAnlzData& Value() const noexcept { return *pValue; }
 };
+const CAdvAnlzData SCheckedField::kNoValue;
 
 // Takes the field at the position and moves on; beyond the last field no
 // field is taken and the position stays.
@@ -65,7 +69,7 @@ SCheckedField Step(const CProtocolPacket& packet, int& nPosition)
     if (nPosition <= packet.GetFieldCount()) {
         const unsigned char nIndex = static_cast<unsigned char>(nPosition);
         field.nId = packet.GetFieldId(nIndex);
-        packet.GetFieldData(nIndex, field.value);
+        field.pValue = packet.GetFieldValue(nIndex);
         ++nPosition;
     }
     return field;
@@ -104,7 +108,7 @@ void CheckFixedFields(CProtocolPacket& packet, const SCheckedField (&aFields)[N]
     bool bIds = true, bBits = true;
     for (std::size_t i = 0; i < N; ++i) {
         bIds = bIds && aFields[i].nId == aIds[i];
-        bBits = bBits && aFields[i].value.GetLength() == aBits[i];
+        bBits = bBits && aFields[i].Value().GetLength() == aBits[i];
     }
     if (!bIds)
         Finding(packet, Spec::ErrorUnexpectedField, nFindings);
@@ -317,11 +321,11 @@ unsigned char CAdvAnlzOBEXSpec::CheckElements(CProtocolPacket& packet, int& nPos
     const SCheckedField opcode = Step(packet, nPosition);
     if (opcode.nId != FieldOpCode)
         Finding(packet, ErrorUnexpectedField, nFindings);
-    if (opcode.value.GetLength() != 8) {
+    if (opcode.Value().GetLength() != 8) {
         Finding(packet, ErrorFieldLength, nFindings);
         return nFindings;
     }
-    nOpCode = static_cast<std::uint8_t>(opcode.value);
+    nOpCode = static_cast<std::uint8_t>(opcode.Value());
     switch (nOpCode) {
     case kOpConnect:
         return static_cast<unsigned char>(nFindings + CheckOpcodeConnect(packet, nPosition));
@@ -358,7 +362,7 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodes_Put_Get_FinalPut_FinalGet(CProtocol
     const SCheckedField length = Step(packet, nPosition);
     if (length.nId != FieldPacketLength)
         Finding(packet, ErrorUnexpectedField, nFindings);
-    if (length.value.GetLength() != 16)
+    if (length.Value().GetLength() != 16)
         Finding(packet, ErrorFieldLength, nFindings);
     return static_cast<unsigned char>(nFindings + CheckHeader(packet, nPosition));
 }
@@ -371,7 +375,7 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodeDisConnect(CProtocolPacket& packet, i
     const SCheckedField length = Step(packet, nPosition);
     if (length.nId != FieldPacketLength)
         Finding(packet, ErrorUnexpectedField, nFindings);
-    if (length.value.GetLength() != 16)
+    if (length.Value().GetLength() != 16)
         Finding(packet, ErrorFieldLength, nFindings);
     return nFindings;
 }
@@ -385,9 +389,9 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodeConnect(CProtocolPacket& packet, int&
                                       Step(packet, nPosition)};
     CheckFixedFields(packet, aFields, {FieldPacketLength, FieldVersion, FieldFlags, FieldMaxPacketLength},
                      {16, 8, 8, 16}, nFindings);
-    if (IsForbiddenConnectFlags(static_cast<std::uint8_t>(aFields[2].value)))
+    if (IsForbiddenConnectFlags(static_cast<std::uint8_t>(aFields[2].Value())))
         Finding(packet, ErrorForbiddenFlags, nFindings);
-    const std::uint16_t nMaxLength = aFields[3].value;
+    const std::uint16_t nMaxLength = aFields[3].Value();
     if (nMaxLength > 63999 || nMaxLength < 255)
         Finding(packet, ErrorMaxPacketLength, nFindings);
     if (nPosition <= packet.GetFieldCount())
@@ -419,15 +423,14 @@ unsigned char CAdvAnlzOBEXSpec::CheckResponseSuccess(CProtocolPacket& packet, in
         Finding(packet, ErrorUnexpectedField, nFindings);
     // A connect response unless the third field holds a known header id;
     // its maximum packet length has no rule here.
-    CAdvAnlzData third;
-    packet.GetFieldData(3, third);
-    if (!IsKnownHeaderId(static_cast<std::uint8_t>(third))) {
+    const CAdvAnlzData* pThird = packet.GetFieldValue(3);
+    if (!IsKnownHeaderId(pThird ? static_cast<std::uint8_t>(*pThird) : 0)) {
         const SCheckedField aFields[3] = {Step(packet, nPosition), Step(packet, nPosition), Step(packet, nPosition)};
         CheckFixedFields(packet, aFields, {FieldVersion, FieldFlags, FieldMaxPacketLength}, {8, 8, 16}, nFindings);
-        if (IsForbiddenConnectFlags(static_cast<std::uint8_t>(aFields[1].value)))
+        if (IsForbiddenConnectFlags(static_cast<std::uint8_t>(aFields[1].Value())))
             Finding(packet, ErrorForbiddenFlags, nFindings);
     }
-    if (length.value.GetLength() != 16)
+    if (length.Value().GetLength() != 16)
         Finding(packet, ErrorFieldLength, nFindings);
     return nFindings;
 }
@@ -445,14 +448,14 @@ unsigned char CAdvAnlzOBEXSpec::CheckHeader(CProtocolPacket& packet, int& nPosit
         // Every encoding but the 4-byte one has a "Hdr Len" behind the id. A
         // header of length 3 has no data field, so that the walk then loses
         // step with the packet.
-        if (static_cast<std::uint8_t>(header.value.GetBits(6, 2)) != 3) {
+        if (static_cast<std::uint8_t>(header.Value().GetBits(6, 2)) != 3) {
             const int nLengthPosition = nPosition;
             Step(packet, nPosition);
             const unsigned char nIndex =
                 nLengthPosition <= packet.GetFieldCount() ? static_cast<unsigned char>(nLengthPosition) : 0;
             nFindings = static_cast<unsigned char>(nFindings + CheckHeaderLength(packet, nIndex));
         }
-        nId = static_cast<std::uint8_t>(header.value);
+        nId = static_cast<std::uint8_t>(header.Value());
         if (!IsKnownHeaderId(nId))
             break;
         Step(packet, nPosition);  // the header's value
