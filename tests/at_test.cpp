@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Stream.h"
+#include "registry/DecoderRegistry.h"
 #include "serial/ATCommand.h"
 #include "tests/TestUtil.h"
 
@@ -436,6 +437,30 @@ TEST(ATPacket, CopyAssignListAndPersistence)
     EXPECT_EQ(CommandListOf(loaded), CommandListOf(packet));
     EXPECT_EQ(loaded.GetATPacketFormat(), 322);
     EXPECT_EQ(loaded.m_strRequestName, "AT Command");
+}
+
+// What the host's view adds to an AT packet, and the aliases of both
+// session decoders.
+TEST(ATRegistry, FormatAndCommandListAsExtras)
+{
+    const SDecoderEntry* pEntry = FindDecoder("at");
+    ASSERT_NE(pEntry, nullptr);
+    EXPECT_STREQ(pEntry->pszClassName, "CAdvAnlzATCommandSpec");
+    const std::unique_ptr<CProtocolPacket> pPacket = pEntry->pfnNewPacket(SDecodeOptions());
+    EXPECT_EQ(pEntry->pfnDecode(*pPacket, Text("ATE0\r\r\nOK\r\n"), SDecodeOptions()), 1);
+    const std::vector<SPacketExtra> aExtras = pEntry->pfnExtras(*pPacket);
+    ASSERT_EQ(aExtras.size(), 2u);
+    EXPECT_EQ(aExtras[0].strKey, "at_format");
+    EXPECT_EQ(aExtras[0].eKind, SPacketExtra::Number);
+    EXPECT_EQ(aExtras[0].nNumber, 322);
+    EXPECT_EQ(aExtras[1].strKey, "command_list");
+    EXPECT_EQ(aExtras[1].eKind, SPacketExtra::NumberList);
+    EXPECT_EQ(aExtras[1].aNumbers, (std::vector<long long>{182, 281}));
+
+    const SDecoderEntry* pObex = FindDecoder("obex");
+    ASSERT_NE(pObex, nullptr);
+    EXPECT_STREQ(pObex->pszClassName, "CAdvAnlzOBEXSpec");
+    EXPECT_EQ(FindDecoder("CAdvAnlzOBEXSpec"), pObex);
 }
 
 }  // namespace
