@@ -2,6 +2,7 @@
 // header chain, the rule check by position, and the packet class.
 #include "serial/OBEX.h"
 
+#include <algorithm>
 #include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CAdvAnlzOBEXSpec, CProtocolSpec)
@@ -92,11 +93,18 @@ bool CheckOpens(CProtocolPacket& packet, int nPosition, int nNeeded, unsigned ch
     return true;
 }
 
+// Findings added up; the count stops at 255, so that a packet with findings
+// never counts as sound.
+unsigned char Sum(unsigned char a, unsigned char b) noexcept
+{
+    return static_cast<unsigned char>(std::min(a + b, 255));
+}
+
 // Records one finding.
 void Finding(CProtocolPacket& packet, unsigned short nError, unsigned char& nFindings)
 {
     packet.AddPError(nError);
-    ++nFindings;
+    nFindings = Sum(nFindings, 1);
 }
 
 // Fixed fields in order: 54 once unless every id matches, 55 once unless
@@ -328,27 +336,26 @@ unsigned char CAdvAnlzOBEXSpec::CheckElements(CProtocolPacket& packet, int& nPos
     nOpCode = static_cast<std::uint8_t>(opcode.Value());
     switch (nOpCode) {
     case kOpConnect:
-        return static_cast<unsigned char>(nFindings + CheckOpcodeConnect(packet, nPosition));
+        return Sum(nFindings, CheckOpcodeConnect(packet, nPosition));
     case kOpDisconnect:
     case kOpAbort:
-        return static_cast<unsigned char>(nFindings + CheckOpcodeDisConnect(packet, nPosition));
+        return Sum(nFindings, CheckOpcodeDisConnect(packet, nPosition));
     case kOpPut:
     case kOpGet:
     case kOpFinalPut:
     case kOpFinalGet:
-        return static_cast<unsigned char>(nFindings +
-                                          CheckOpcodes_Put_Get_FinalPut_FinalGet(packet, nPosition, nOpCode));
+        return Sum(nFindings, CheckOpcodes_Put_Get_FinalPut_FinalGet(packet, nPosition, nOpCode));
     case kOpSuccess:
-        return static_cast<unsigned char>(nFindings + CheckResponseSuccess(packet, nPosition));
+        return Sum(nFindings, CheckResponseSuccess(packet, nPosition));
     case kOpSetPath:
-        return static_cast<unsigned char>(nFindings + CheckOpcodeSetPath(packet, nPosition));
+        return Sum(nFindings, CheckOpcodeSetPath(packet, nPosition));
     default:
         break;
     }
     // The other responses and their final forms have no rule beyond their
     // value; the reserved opcodes 4, 6, 132 and any invalid one have none.
     if (IsValidOpCode(nOpCode) && nOpCode != 4 && nOpCode != 6 && nOpCode != 132)
-        return static_cast<unsigned char>(nFindings + CheckIsHeaderId(packet, nOpCode, 0));
+        return Sum(nFindings, CheckIsHeaderId(packet, nOpCode, 0));
     Finding(packet, ErrorNoRuleForOpcode, nFindings);
     return nFindings;
 }
@@ -364,7 +371,7 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodes_Put_Get_FinalPut_FinalGet(CProtocol
         Finding(packet, ErrorUnexpectedField, nFindings);
     if (length.Value().GetLength() != 16)
         Finding(packet, ErrorFieldLength, nFindings);
-    return static_cast<unsigned char>(nFindings + CheckHeader(packet, nPosition));
+    return Sum(nFindings, CheckHeader(packet, nPosition));
 }
 
 unsigned char CAdvAnlzOBEXSpec::CheckOpcodeDisConnect(CProtocolPacket& packet, int& nPosition) const
@@ -395,7 +402,7 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodeConnect(CProtocolPacket& packet, int&
     if (nMaxLength > 63999 || nMaxLength < 255)
         Finding(packet, ErrorMaxPacketLength, nFindings);
     if (nPosition <= packet.GetFieldCount())
-        nFindings = static_cast<unsigned char>(nFindings + CheckHeader(packet, nPosition));
+        nFindings = Sum(nFindings, CheckHeader(packet, nPosition));
     return nFindings;
 }
 
@@ -409,7 +416,7 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodeSetPath(CProtocolPacket& packet, int&
     CheckFixedFields(packet, aFields, {FieldPacketLength, FieldSetPathFlags, FieldSetPathConstants}, {16, 8, 8},
                      nFindings);
     if (nPosition <= packet.GetFieldCount())
-        nFindings = static_cast<unsigned char>(nFindings + CheckHeader(packet, nPosition));
+        nFindings = Sum(nFindings, CheckHeader(packet, nPosition));
     return nFindings;
 }
 
@@ -453,7 +460,7 @@ unsigned char CAdvAnlzOBEXSpec::CheckHeader(CProtocolPacket& packet, int& nPosit
             Step(packet, nPosition);
             const unsigned char nIndex =
                 nLengthPosition <= packet.GetFieldCount() ? static_cast<unsigned char>(nLengthPosition) : 0;
-            nFindings = static_cast<unsigned char>(nFindings + CheckHeaderLength(packet, nIndex));
+            nFindings = Sum(nFindings, CheckHeaderLength(packet, nIndex));
         }
         nId = static_cast<std::uint8_t>(header.Value());
         if (!IsKnownHeaderId(nId))
