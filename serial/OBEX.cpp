@@ -107,6 +107,17 @@ void Finding(CProtocolPacket& packet, unsigned short nError, unsigned char& nFin
     nFindings = Sum(nFindings, 1);
 }
 
+// The packet length behind the opcode: 54 unless the field is one, 55 unless
+// it has 16 bits.
+void CheckPacketLength(CProtocolPacket& packet, int& nPosition, unsigned char& nFindings)
+{
+    const SCheckedField length = Step(packet, nPosition);
+    if (length.nId != Spec::FieldPacketLength)
+        Finding(packet, Spec::ErrorUnexpectedField, nFindings);
+    if (length.Value().GetLength() != 16)
+        Finding(packet, Spec::ErrorFieldLength, nFindings);
+}
+
 // Fixed fields in order: 54 once unless every id matches, 55 once unless
 // every length does.
 template <std::size_t N>
@@ -366,24 +377,15 @@ unsigned char CAdvAnlzOBEXSpec::CheckOpcodes_Put_Get_FinalPut_FinalGet(CProtocol
     unsigned char nFindings = 0;
     if (!CheckOpens(packet, nPosition, 2, nFindings))
         return nFindings;
-    const SCheckedField length = Step(packet, nPosition);
-    if (length.nId != FieldPacketLength)
-        Finding(packet, ErrorUnexpectedField, nFindings);
-    if (length.Value().GetLength() != 16)
-        Finding(packet, ErrorFieldLength, nFindings);
+    CheckPacketLength(packet, nPosition, nFindings);
     return Sum(nFindings, CheckHeader(packet, nPosition));
 }
 
 unsigned char CAdvAnlzOBEXSpec::CheckOpcodeDisConnect(CProtocolPacket& packet, int& nPosition) const
 {
     unsigned char nFindings = 0;
-    if (!CheckOpens(packet, nPosition, 1, nFindings))
-        return nFindings;
-    const SCheckedField length = Step(packet, nPosition);
-    if (length.nId != FieldPacketLength)
-        Finding(packet, ErrorUnexpectedField, nFindings);
-    if (length.Value().GetLength() != 16)
-        Finding(packet, ErrorFieldLength, nFindings);
+    if (CheckOpens(packet, nPosition, 1, nFindings))
+        CheckPacketLength(packet, nPosition, nFindings);
     return nFindings;
 }
 
