@@ -92,6 +92,11 @@ struct SLineCase {
     const char* pszRequestName;
 };
 
+void PrintTo(const SLineCase& c, std::ostream* os)
+{
+    *os << c.pszName;
+}
+
 class ATLines : public ::testing::TestWithParam<SLineCase> {};
 
 TEST_P(ATLines, DecodesFieldsFormatListAndFindings)

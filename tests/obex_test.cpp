@@ -21,6 +21,11 @@ struct SObexCase {
     unsigned char nFormat;
 };
 
+void PrintTo(const SObexCase& c, std::ostream* os)
+{
+    *os << c.pszName;
+}
+
 class OBEXPackets : public ::testing::TestWithParam<SObexCase> {};
 
 TEST_P(OBEXPackets, DecodesFieldsFormatAndFindings)
