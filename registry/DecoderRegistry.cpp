@@ -1,6 +1,8 @@
 #include "registry/DecoderRegistry.h"
 
 #include "hci/HCISpec.h"
+#include "serial/ATCommand.h"
+#include "serial/OBEX.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
 #include "storage/SCSIProtocol.h"
 
@@ -26,6 +28,28 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
                 return {SPacketExtra::MakeNumber("opcode_ocf", static_cast<const CHCIPacket&>(packet).GetOpCodeOCF())};
             },
         },
+        // AT packets name themselves with a format code and list the elements
+        // they recognised.
+        SDecoderEntry{
+            "CAdvAnlzATCommandSpec",
+            "at",
+            []() -> CProtocolSpec* { return CAdvAnlzATCommandSpec::GetInstance(); },
+            []() { CAdvAnlzATCommandSpec::KillInstance(); },
+            [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> {
+                return std::make_unique<CATCommandPacket>();
+            },
+            [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions&) {
+                return packet.RestructBy(data);
+            },
+            [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+                const CATCommandPacket& at = static_cast<const CATCommandPacket&>(packet);
+                CWordArray aList;
+                at.GetCommandList(aList);
+                return {SPacketExtra::MakeNumber("at_format", at.GetATPacketFormat()),
+                        SPacketExtra::MakeNumbers("command_list", std::vector<long long>(aList.begin(), aList.end()))};
+            },
+        },
+        MakeDecoderEntry<CAdvAnlzOBEXSpec, COBEXPacket>("CAdvAnlzOBEXSpec", "obex"),
     };
     return s_aEntries;
 }
