@@ -216,11 +216,15 @@ int CUSBHIDPacket::InterpretReportPacket()
         CString strName = i + 2 < nEnd ? GetFieldBriefPattern(static_cast<unsigned char>(i + 2), 6, dwLength,
                                                               PacketSideWhole, DisplayDecimal, 0)
                                        : CString();
-        if (nType == Report::TypeReserved && nSize == Report::LongItemSize && nTag == Report::LongItemTag) {
+        // A tag without a name (reserved types and tags) shows as Reserved
+        // with its data as a number.
+        const bool bLongItem =
+            nType == Report::TypeReserved && nSize == Report::LongItemSize && nTag == Report::LongItemTag;
+        if (strName.IsEmpty())
+            strName = "Reserved";
+        if (bLongItem) {
             // A long item, which ends the descriptor: its tag.
             strName = "Long Item(" + Decimal(static_cast<std::uint8_t>(Value(i + 4))) + ")";
-        } else if (strName.IsEmpty()) {
-            strName = "Reserved";
         } else if (strName == "End Collection") {
             --m_nCollectionDepth;
             strIndent = strIndent.GetLength() > 6 ? strIndent.Left(strIndent.GetLength() - 6) : CString();
