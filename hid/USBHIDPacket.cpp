@@ -3,6 +3,8 @@
 #include "hid/USBHIDPacket.h"
 
 #include <cstdint>
+#include <string>
+#include <utility>
 
 #include "hid/USBHIDDecoder.h"
 #include "hid/USBHIDPhysicalSpec.h"
@@ -140,7 +142,7 @@ namespace {
 using Report = CUSBHIDReportSpec;
 
 // One more level of collection nesting in an item line.
-const char kIndentStep[] = "   ";
+constexpr std::size_t kIndentStep = 3;
 
 // The words of the bits of an Input, Output or Feature item, for 0 and 1.
 struct SFlagWords {
@@ -148,10 +150,14 @@ struct SFlagWords {
     const char* pszSet;
 };
 const SFlagWords kMainFlags[] = {
-    {"Data", "Constant"},          {"Array", "Variable"},
-    {"Absolute", "Relative"},      {"No Wrap", "Wrap"},
-    {"Linear", "Non Linear"},      {"Preferred", "No Preferred"},
-    {"No Null Position", "Null State"}, {"Non Volatile", "Volatile"},
+    {"Data", "Constant"},
+    {"Array", "Variable"},
+    {"Absolute", "Relative"},
+    {"No Wrap", "Wrap"},
+    {"Linear", "Non Linear"},
+    {"Preferred", "No Preferred"},
+    {"No Null Position", "Null State"},
+    {"Non Volatile", "Volatile"},
     {"Bit Field", "Buffered Bytes"},
 };
 constexpr std::uint32_t kVolatileBit = 7;
@@ -159,11 +165,22 @@ constexpr std::uint32_t kVolatileBit = 7;
 const char* const kCollectionTypes[] = {"Physical",    "Application",  "Logical",       "Report",
                                         "Named Array", "Usage Switch", "Usage Modifier"};
 
-CString Decimal(long long n)
+// How an item's line goes on behind its name: by the tag's abbreviation.
+enum EItemRule { RuleNumber, RuleSignedNumber, RuleEndCollection, RuleMainFlags, RuleCollection, RuleUsage };
+
+EItemRule RuleOf(const CString& strName)
 {
-    CString str;
-    str.Format("%lld", n);
-    return str;
+    if (strName == "End Collection")
+        return RuleEndCollection;
+    if (strName == "Input" || strName == "Output" || strName == "Feature")
+        return RuleMainFlags;
+    if (strName == "Collection")
+        return RuleCollection;
+    if (strName == "Usage Page" || strName == "Usage")
+        return RuleUsage;
+    if (strName == "Logical Minimum" || strName == "Logical Maximum")
+        return RuleSignedNumber;
+    return RuleNumber;
 }
 
 }  // namespace
@@ -176,41 +193,45 @@ int CUSBHIDPacket::InterpretReportPacket()
         return 0;
 
     const int nFields = GetFieldCount();
-    CString strIndent;
+    const CAdvAnlzData empty;
+    std::string strIndent;
+    std::string strLine;
     bool bOpened = false;
     int i = 1;
     while (i < nFields) {
         // A collection opened by the line before indents this line and the
         // following ones, one step per open collection.
         if (bOpened) {
-            for (int d = 0; d < m_nCollectionDepth; ++d)
-                strIndent += kIndentStep;
+            if (m_nCollectionDepth > 0)
+                strIndent.append(kIndentStep * static_cast<std::size_t>(m_nCollectionDepth), ' ');
             bOpened = false;
         }
 
         // The item runs up to the next bSize; the leftover of a descriptor
         // longer than a packet is not an item.
         int nEnd = i + 1;
-        while (nEnd <= nFields && GetFieldId(static_cast<unsigned char>(nEnd)) != Report::FieldSize &&
-               GetFieldId(static_cast<unsigned char>(nEnd)) != Report::FieldUnexpected)
+        unsigned short nId = 0;
+        while (nEnd <= nFields && (nId = GetFieldId(static_cast<unsigned char>(nEnd))) != Report::FieldSize &&
+               nId != Report::FieldUnexpected)
             ++nEnd;
-        auto Value = [&](int nIndex) -> CAdvAnlzData {
+        auto Value = [&](int nIndex) -> const CAdvAnlzData& {
             const CAdvAnlzData* p = nIndex < nEnd ? GetFieldValue(static_cast<unsigned char>(nIndex)) : nullptr;
-            return p ? *p : CAdvAnlzData();
+            return p ? *p : empty;
         };
 
         // The prefix byte as the descriptor had it, and the item's data: the
         // fields behind the prefix joined (two for a four-byte Global item,
         // bDataSize, tag and data for a long one).
-        const CAdvAnlzData prefix = Value(i) + Value(i + 1) + Value(i + 2);
-        CAdvAnlzData data;
-        for (int k = i + 3; k < nEnd; ++k)
+        CAdvAnlzData prefix = Value(i);
+        prefix += Value(i + 1);
+        prefix += Value(i + 2);
+        CAdvAnlzData data = Value(i + 3);
+        for (int k = i + 4; k < nEnd; ++k)
             data += Value(k);
         const std::uint8_t nSize = Value(i);
         const std::uint8_t nType = Value(i + 1);
         const std::uint8_t nTag = Value(i + 2);
         const std::uint32_t nData = static_cast<std::uint32_t>(data.GetNumber64());
-        const bool bHasData = i + 3 < nEnd;
 
         unsigned long dwLength = 0;
         CString strName = i + 2 < nEnd ? GetFieldBriefPattern(static_cast<unsigned char>(i + 2), 6, dwLength,
@@ -218,56 +239,79 @@ int CUSBHIDPacket::InterpretReportPacket()
                                        : CString();
         // A tag without a name (reserved types and tags) shows as Reserved
         // with its data as a number.
-        const bool bLongItem =
-            nType == Report::TypeReserved && nSize == Report::LongItemSize && nTag == Report::LongItemTag;
         if (strName.IsEmpty())
             strName = "Reserved";
-        if (bLongItem) {
-            // A long item, which ends the descriptor: its tag.
-            strName = "Long Item(" + Decimal(static_cast<std::uint8_t>(Value(i + 4))) + ")";
-        } else if (strName == "End Collection") {
+        const EItemRule eRule = RuleOf(strName);
+        if (eRule == RuleEndCollection) {
+            // Two steps come off while one level closes, so nested lines
+            // indent deeper on the way in than on the way out; the line itself
+            // stands at the reduced indentation.
             --m_nCollectionDepth;
-            strIndent = strIndent.GetLength() > 6 ? strIndent.Left(strIndent.GetLength() - 6) : CString();
-        } else if (strName == "Input" || strName == "Output" || strName == "Feature") {
-            const bool bInput = strName == "Input";
-            strName += "(";
-            for (std::uint32_t b = 0; b < sizeof kMainFlags / sizeof kMainFlags[0]; ++b) {
-                if (b == kVolatileBit && bInput)
-                    continue;
-                if (b != 0)
-                    strName += ",";
-                strName += data.GetBit(b) ? kMainFlags[b].pszSet : kMainFlags[b].pszClear;
-            }
-            strName += ")";
-        } else if (strName == "Collection") {
-            const unsigned nKind = nData & 0xFFu;
-            strName += "(";
-            strName += nKind < sizeof kCollectionTypes / sizeof kCollectionTypes[0] ? kCollectionTypes[nKind]
-                                                                                   : "Reserved";
-            strName += ")";
-            ++m_nCollectionDepth;
-            bOpened = true;
-        } else if (strName == "Usage Page" || strName == "Usage") {
-            // The page's or the usage's name; a value without one shows as a
-            // number.
-            CString strUsage = bHasData ? GetFieldBriefPattern(static_cast<unsigned char>(i + 3), 6, dwLength,
-                                                               PacketSideWhole, DisplayDecimal, 0)
-                                        : CString();
-            if (strUsage.IsEmpty())
-                strUsage = Decimal(nData);
-            strName += "(" + strUsage + ")";
+            strIndent.resize(strIndent.size() > 2 * kIndentStep ? strIndent.size() - 2 * kIndentStep : 0);
+        }
+        strLine.assign(strIndent);
+        if (nType == Report::TypeReserved && nSize == Report::LongItemSize && nTag == Report::LongItemTag) {
+            // A long item, which ends the descriptor: its tag.
+            strLine += "Long Item(" + std::to_string(static_cast<std::uint8_t>(Value(i + 4))) + ")";
         } else {
-            // Every other item shows its data as a number; the logical limits
-            // are signed in the item's width.
-            const unsigned nWidth = nSize == 3 ? 4 : nSize;
-            long long n = nData;
-            if ((strName == "Logical Minimum" || strName == "Logical Maximum") && nWidth > 0 &&
-                ((nData >> (8 * nWidth - 1)) & 1u))
-                n = static_cast<long long>(nData) - (1ll << (8 * nWidth));
-            strName += "(" + Decimal(n) + ")";
+            strLine.append(strName.GetString(), static_cast<std::size_t>(strName.GetLength()));
+            switch (eRule) {
+            case RuleEndCollection:
+                break;
+            case RuleMainFlags: {
+                const bool bInput = strName == "Input";
+                strLine += '(';
+                for (std::uint32_t b = 0; b < sizeof kMainFlags / sizeof kMainFlags[0]; ++b) {
+                    if (b == kVolatileBit && bInput)
+                        continue;
+                    if (b != 0)
+                        strLine += ',';
+                    strLine += data.GetBit(b) ? kMainFlags[b].pszSet : kMainFlags[b].pszClear;
+                }
+                strLine += ')';
+                break;
+            }
+            case RuleCollection: {
+                const unsigned nKind = nData & 0xFFu;
+                strLine += '(';
+                strLine += nKind < sizeof kCollectionTypes / sizeof kCollectionTypes[0] ? kCollectionTypes[nKind]
+                                                                                       : "Reserved";
+                strLine += ')';
+                ++m_nCollectionDepth;
+                bOpened = true;
+                break;
+            }
+            case RuleUsage: {
+                // The page's or the usage's name; a value without one shows as
+                // a number.
+                const CString strUsage = i + 3 < nEnd ? GetFieldBriefPattern(static_cast<unsigned char>(i + 3), 6,
+                                                                             dwLength, PacketSideWhole,
+                                                                             DisplayDecimal, 0)
+                                                      : CString();
+                strLine += '(';
+                if (strUsage.IsEmpty())
+                    strLine += std::to_string(nData);
+                else
+                    strLine.append(strUsage.GetString(), static_cast<std::size_t>(strUsage.GetLength()));
+                strLine += ')';
+                break;
+            }
+            case RuleSignedNumber:
+            case RuleNumber: {
+                // Every other item shows its data as a number; the logical
+                // limits are signed in the item's width.
+                const unsigned nWidth = nSize == 3 ? 4 : nSize;
+                long long n = nData;
+                if (eRule == RuleSignedNumber && nWidth > 0 && ((nData >> (8 * nWidth - 1)) & 1u))
+                    n -= 1ll << (8 * nWidth);
+                strLine += '(' + std::to_string(n) + ')';
+                break;
+            }
+            }
         }
 
-        m_aReportItems.push_back(SReportItem{strIndent + strName, data + prefix});
+        data += prefix;
+        m_aReportItems.push_back(SReportItem{CString(strLine), std::move(data)});
         i = nEnd;
         if (nEnd <= nFields && GetFieldId(static_cast<unsigned char>(nEnd)) == Report::FieldUnexpected)
             break;

@@ -7,6 +7,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hid/USBHIDPacket.h"
@@ -14,6 +15,7 @@
 #include "hid/USBHIDReportSpec.h"
 #include "hid/USBHIDRequestSpec.h"
 #include "hid/USBHIDSpec.h"
+#include "registry/DecoderRegistry.h"
 #include "tests/TestUtil.h"
 
 namespace {
@@ -312,6 +314,35 @@ TEST(HIDPacket, CopiesAndAssignment)
     const CUSBHIDPacket& self = target;
     target = self;
     EXPECT_EQ(FieldsOf(target), FieldsOf(request));
+}
+
+TEST(HIDPacket, RegistryEntriesFixTheSelector)
+{
+    const std::pair<const char*, const char*> aEntries[] = {{"hid-request", "CUSBHIDRequestSpec"},
+                                                            {"hid", "CUSBHIDSpec"},
+                                                            {"hid-report", "CUSBHIDReportSpec"},
+                                                            {"hid-physical", "CUSBHIDPhysicalSpec"}};
+    for (int n = 0; n < 4; ++n) {
+        SCOPED_TRACE(aEntries[n].first);
+        const SDecoderEntry* pEntry = FindDecoder(aEntries[n].first);
+        ASSERT_NE(pEntry, nullptr);
+        EXPECT_STREQ(pEntry->pszClassName, aEntries[n].second);
+        std::unique_ptr<CProtocolPacket> pPacket = pEntry->pfnNewPacket(SDecodeOptions());
+        EXPECT_EQ(static_cast<CUSBHIDPacket&>(*pPacket).GetHIDSpec(), n);
+        EXPECT_EQ(pPacket->GetSpec(), pEntry->pfnGetSpec());
+        EXPECT_EQ(pEntry->pfnExtras != nullptr, n == CUSBHIDPacket::SelectorReportDescriptor);
+    }
+    // The report items as the host's view lists them.
+    const SDecoderEntry& report = *FindDecoder("hid-report");
+    std::unique_ptr<CProtocolPacket> pPacket = report.pfnNewPacket(SDecodeOptions());
+    EXPECT_EQ(report.pfnDecode(*pPacket, Hex("05 01 A1 00 C0"), SDecodeOptions()), 1);
+    const std::vector<SPacketExtra> aExtras = report.pfnExtras(*pPacket);
+    ASSERT_EQ(aExtras.size(), 1u);
+    EXPECT_EQ(aExtras[0].strKey, "report_items");
+    ASSERT_EQ(aExtras[0].aItems.size(), 3u);
+    EXPECT_EQ(aExtras[0].aItems[1].strText, "Collection(Physical)");
+    EXPECT_EQ(HexOf(aExtras[0].aItems[1].value), "00a1");
+    EXPECT_EQ(aExtras[0].aItems[2].strText, "End Collection");
 }
 
 // The release rule: a killed decoder stays until the last packet bound to it
