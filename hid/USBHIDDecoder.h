@@ -14,6 +14,8 @@
 // destroyed and decoders killed, no packet outlives the records it reads.
 #pragma once
 
+#include <new>
+
 #include "core/AdvAnlzData.h"
 #include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
@@ -84,4 +86,28 @@ private:
     int m_nPackets = 0;
     bool m_bReleased = false;
     static int ms_nLiveDecoders;
+};
+
+// The one instance of a HID decoder class, made on first use and released by
+// the rule above.
+template <class TSpec>
+class TUSBHIDDecoder : public CUSBHIDDecoder {
+public:
+    static TSpec* GetInstance()
+    {
+        if (!ms_pInstance)
+            ms_pInstance = new (std::nothrow) TSpec();
+        return ms_pInstance;
+    }
+    static void KillInstance()
+    {
+        Release(ms_pInstance);
+        ms_pInstance = nullptr;
+    }
+
+protected:
+    explicit TUSBHIDDecoder(const SFieldTable& table) : CUSBHIDDecoder(table) {}
+
+private:
+    static inline TSpec* ms_pInstance = nullptr;
 };

@@ -2,13 +2,10 @@
 #include "hid/USBHIDPhysicalSpec.h"
 
 #include <cstdint>
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CUSBHIDPhysicalSpec, CProtocolSpec)
 
 using Spec = CUSBHIDPhysicalSpec;
-
-CUSBHIDPhysicalSpec* Spec::ms_pInstance = nullptr;
 
 const SSpecFieldAttr Spec::ms_aDefaultFieldsAttr[Spec::kFieldCount] = {
     {27700, "bNumber", "bNumber",
@@ -99,20 +96,7 @@ const SOptionRow kDesignatorOptions[] = {
 
 }  // namespace
 
-CUSBHIDPhysicalSpec* Spec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CUSBHIDPhysicalSpec();
-    return ms_pInstance;
-}
-
-void Spec::KillInstance()
-{
-    Release(ms_pInstance);
-    ms_pInstance = nullptr;
-}
-
-Spec::CUSBHIDPhysicalSpec() : CUSBHIDDecoder(ms_table)
+Spec::CUSBHIDPhysicalSpec() : TUSBHIDDecoder(ms_table)
 {
     // Designator pairs rename their fields, so records of equal numbers must
     // stay apart by name.

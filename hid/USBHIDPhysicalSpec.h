@@ -7,7 +7,7 @@
 
 #include "hid/USBHIDDecoder.h"
 
-class CUSBHIDPhysicalSpec : public CUSBHIDDecoder {
+class CUSBHIDPhysicalSpec : public TUSBHIDDecoder<CUSBHIDPhysicalSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CUSBHIDPhysicalSpec)
 
 public:
@@ -24,14 +24,13 @@ public:
         FieldUnexpected = 27707,
     };
 
-    static CUSBHIDPhysicalSpec* GetInstance();
-    static void KillInstance();
-
     // The strict interning: records of equal numbers but different names
     // stay apart, since every designator pair names its fields.
     const SSpecFieldAttr* GetFieldReference(const SSpecFieldAttr& attr) { return InternFieldAttr(attr); }
 
 private:
+    friend class TUSBHIDDecoder<CUSBHIDPhysicalSpec>;
+
     CUSBHIDPhysicalSpec();
     ~CUSBHIDPhysicalSpec() override = default;
 
@@ -42,5 +41,4 @@ private:
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CUSBHIDPhysicalSpec* ms_pInstance;
 };

@@ -3,13 +3,10 @@
 // stand in a file of their own (UsagePage*.cpp).
 #include "hid/USBHIDReportSpec.h"
 
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CUSBHIDReportSpec, CProtocolSpec)
 
 using Spec = CUSBHIDReportSpec;
-
-CUSBHIDReportSpec* Spec::ms_pInstance = nullptr;
 
 #define HID_USAGE_FIELD(id, page)                                                                           \
     {                                                                                                       \
@@ -187,20 +184,7 @@ struct SItemShape {
 
 }  // namespace
 
-CUSBHIDReportSpec* Spec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CUSBHIDReportSpec();
-    return ms_pInstance;
-}
-
-void Spec::KillInstance()
-{
-    Release(ms_pInstance);
-    ms_pInstance = nullptr;
-}
-
-Spec::CUSBHIDReportSpec() : CUSBHIDDecoder(ms_table)
+Spec::CUSBHIDReportSpec() : TUSBHIDDecoder(ms_table)
 {
     InitOptions();
 }

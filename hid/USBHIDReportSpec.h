@@ -9,7 +9,7 @@
 
 #include "hid/USBHIDDecoder.h"
 
-class CUSBHIDReportSpec : public CUSBHIDDecoder {
+class CUSBHIDReportSpec : public TUSBHIDDecoder<CUSBHIDReportSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CUSBHIDReportSpec)
 
 public:
@@ -59,14 +59,13 @@ public:
         LongItemSize = 2,
     };
 
-    static CUSBHIDReportSpec* GetInstance();
-    static void KillInstance();
-
     // The usage field of a usage page, or 0 for a page whose usages have no
     // names here.
     static unsigned short UsageFieldOf(std::uint32_t nPage) noexcept;
 
 private:
+    friend class TUSBHIDDecoder<CUSBHIDReportSpec>;
+
     CUSBHIDReportSpec();
     ~CUSBHIDReportSpec() override = default;
 
@@ -110,5 +109,4 @@ private:
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CUSBHIDReportSpec* ms_pInstance;
 };

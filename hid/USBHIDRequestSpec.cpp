@@ -2,13 +2,10 @@
 #include "hid/USBHIDRequestSpec.h"
 
 #include <cstdint>
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CUSBHIDRequestSpec, CProtocolSpec)
 
 using Spec = CUSBHIDRequestSpec;
-
-CUSBHIDRequestSpec* Spec::ms_pInstance = nullptr;
 
 const SSpecFieldAttr Spec::ms_aDefaultFieldsAttr[Spec::kFieldCount] = {
     {27700, "bmRequest-Recipient", "Recipient",
@@ -123,20 +120,7 @@ const SOptionRow kProtocolValueOptions[] = {
 
 }  // namespace
 
-CUSBHIDRequestSpec* Spec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CUSBHIDRequestSpec();
-    return ms_pInstance;
-}
-
-void Spec::KillInstance()
-{
-    Release(ms_pInstance);
-    ms_pInstance = nullptr;
-}
-
-Spec::CUSBHIDRequestSpec() : CUSBHIDDecoder(ms_table)
+Spec::CUSBHIDRequestSpec() : TUSBHIDDecoder(ms_table)
 {
     InitOptions();
 }

@@ -6,7 +6,7 @@
 
 #include "hid/USBHIDDecoder.h"
 
-class CUSBHIDRequestSpec : public CUSBHIDDecoder {
+class CUSBHIDRequestSpec : public TUSBHIDDecoder<CUSBHIDRequestSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CUSBHIDRequestSpec)
 
 public:
@@ -41,10 +41,9 @@ public:
         SetProtocol = 0x0B,
     };
 
-    static CUSBHIDRequestSpec* GetInstance();
-    static void KillInstance();
-
 private:
+    friend class TUSBHIDDecoder<CUSBHIDRequestSpec>;
+
     CUSBHIDRequestSpec();
     ~CUSBHIDRequestSpec() override = default;
 
@@ -55,5 +54,4 @@ private:
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CUSBHIDRequestSpec* ms_pInstance;
 };

@@ -2,13 +2,10 @@
 #include "hid/USBHIDSpec.h"
 
 #include <cstdint>
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CUSBHIDSpec, CProtocolSpec)
 
 using Spec = CUSBHIDSpec;
-
-CUSBHIDSpec* Spec::ms_pInstance = nullptr;
 
 const SSpecFieldAttr Spec::ms_aDefaultFieldsAttr[Spec::kFieldCount] = {
     {27700, "bLength", "bLength", "Numeric expression that is the total size of the HID descriptor.", 0, 8},
@@ -89,20 +86,7 @@ const SOptionRow kCountryCodeOptions[] = {
 
 }  // namespace
 
-CUSBHIDSpec* Spec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CUSBHIDSpec();
-    return ms_pInstance;
-}
-
-void Spec::KillInstance()
-{
-    Release(ms_pInstance);
-    ms_pInstance = nullptr;
-}
-
-Spec::CUSBHIDSpec() : CUSBHIDDecoder(ms_table)
+Spec::CUSBHIDSpec() : TUSBHIDDecoder(ms_table)
 {
     InitOptions();
 }

@@ -6,7 +6,7 @@
 
 #include "hid/USBHIDDecoder.h"
 
-class CUSBHIDSpec : public CUSBHIDDecoder {
+class CUSBHIDSpec : public TUSBHIDDecoder<CUSBHIDSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CUSBHIDSpec)
 
 public:
@@ -22,10 +22,9 @@ public:
         FieldUnexpected = 27706,
     };
 
-    static CUSBHIDSpec* GetInstance();
-    static void KillInstance();
-
 private:
+    friend class TUSBHIDDecoder<CUSBHIDSpec>;
+
     CUSBHIDSpec();
     ~CUSBHIDSpec() override = default;
 
@@ -36,5 +35,4 @@ private:
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CUSBHIDSpec* ms_pInstance;
 };
