@@ -3,8 +3,47 @@
 #include "hci/HCISpec.h"
 #include "serial/ATCommand.h"
 #include "serial/OBEX.h"
+#include "hid/USBHIDPacket.h"
+#include "hid/USBHIDPhysicalSpec.h"
+#include "hid/USBHIDReportSpec.h"
+#include "hid/USBHIDRequestSpec.h"
+#include "hid/USBHIDSpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
 #include "storage/SCSIProtocol.h"
+
+namespace {
+
+// The four HID decoders share one packet class; each entry fixes the
+// packet's selector. A report descriptor packet adds its report items.
+template <class TSpec, int nSelector>
+SDecoderEntry MakeHIDEntry(const char* pszClassName, const char* pszAlias)
+{
+    SDecoderEntry entry{
+        pszClassName,
+        pszAlias,
+        []() -> CProtocolSpec* { return TSpec::GetInstance(); },
+        []() { TSpec::KillInstance(); },
+        [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> {
+            return std::make_unique<CUSBHIDPacket>(nSelector);
+        },
+        [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions&) {
+            return packet.RestructBy(data);
+        },
+        nullptr,
+    };
+    if (nSelector == CUSBHIDPacket::SelectorReportDescriptor) {
+        entry.pfnExtras = [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+            const CUSBHIDPacket& hid = static_cast<const CUSBHIDPacket&>(packet);
+            std::vector<SExtraItem> aItems;
+            for (int i = 0; i < hid.GetNumberOfReportItems(); ++i)
+                aItems.push_back(SExtraItem{hid.GetReportItem(i).ToStdString(), hid.GetReportValue(i)});
+            return {SPacketExtra::MakeItems("report_items", std::move(aItems))};
+        };
+    }
+    return entry;
+}
+
+}  // namespace
 
 const std::vector<SDecoderEntry>& GetDecoderRegistry()
 {
@@ -50,6 +89,11 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
             },
         },
         MakeDecoderEntry<CAdvAnlzOBEXSpec, COBEXPacket>("CAdvAnlzOBEXSpec", "obex"),
+        MakeHIDEntry<CUSBHIDRequestSpec, CUSBHIDPacket::SelectorRequest>("CUSBHIDRequestSpec", "hid-request"),
+        MakeHIDEntry<CUSBHIDSpec, CUSBHIDPacket::SelectorHIDDescriptor>("CUSBHIDSpec", "hid"),
+        MakeHIDEntry<CUSBHIDReportSpec, CUSBHIDPacket::SelectorReportDescriptor>("CUSBHIDReportSpec", "hid-report"),
+        MakeHIDEntry<CUSBHIDPhysicalSpec, CUSBHIDPacket::SelectorPhysicalDescriptor>("CUSBHIDPhysicalSpec",
+                                                                                     "hid-physical"),
     };
     return s_aEntries;
 }
