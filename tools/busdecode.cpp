@@ -329,7 +329,7 @@ int RunDecode(const SDecoderEntry& entry, const SOptions& options)
 
 int RunList()
 {
-    std::printf("%-34s %-8s %-13s %s\n", "decoder", "alias", "field ids", "layer fields");
+    std::printf("%-34s %-16s %-13s %s\n", "decoder", "alias", "field ids", "layer fields");
     for (const SDecoderEntry& entry : GetDecoderRegistry()) {
         CProtocolSpec* pSpec = entry.pfnGetSpec();
         if (!pSpec)
@@ -338,7 +338,7 @@ int RunList()
         char ids[32] = "-";
         if (nCount)
             std::snprintf(ids, sizeof ids, "%u-%u", pSpec->GetLayerFieldId(0), pSpec->GetLayerFieldId(nCount - 1));
-        std::printf("%-34s %-8s %-13s %u\n", entry.pszClassName, entry.pszAlias, ids, nCount);
+        std::printf("%-34s %-16s %-13s %u\n", entry.pszClassName, entry.pszAlias, ids, nCount);
     }
     return 0;
 }
