@@ -1,7 +1,9 @@
 #include "registry/DecoderRegistry.h"
 
 #include "hci/HCISpec.h"
+#include "storage/ATAPISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
+#include "storage/RBCProtocol.h"
 #include "storage/SCSIProtocol.h"
 
 const std::vector<SDecoderEntry>& GetDecoderRegistry()
@@ -10,6 +12,8 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
         MakeDecoderEntry<CMassStorageBulkOnlyWrapperSpec, CMassStorageBulkOnlyWrapperPacket>(
             "CMassStorageBulkOnlyWrapperSpec", "bot"),
         MakeDecoderEntry<CSCSIProtocolSpec, CSCSIProtocolPacket>("CSCSIProtocolSpec", "scsi"),
+        MakeDecoderEntry<CATAPISpec, CATAPIPacket>("CATAPISpec", "atapi"),
+        MakeDecoderEntry<CRBCProtocolSpec, CRBCProtocolPacket>("CRBCProtocolSpec", "rbc"),
         // HCI packets need their kind, which the bytes cannot tell, and show
         // the id of the field that holds a command's OCF.
         SDecoderEntry{
