@@ -24,14 +24,6 @@ struct SStructure {
     std::uint8_t nTailLess = 0;
 };
 
-const SStructure* FindStructure(const SStructure* pBegin, const SStructure* pEnd, std::uint32_t nCode)
-{
-    for (const SStructure* p = pBegin; p != pEnd; ++p)
-        if (p->nCode == nCode)
-            return p;
-    return nullptr;
-}
-
 // READ CAPACITY data.
 const SLayoutField kCapacity[] = {{LogicalBlockAddress, 32, kBE}, {BlockLength, 32, kBE}};
 
@@ -263,12 +255,6 @@ const SStructure kDVDFormats[] = {
     {0xFF, "StuctureList", LayoutOf(kDVDStructureList)},
 };
 
-template <std::size_t N>
-const SStructure* FindStructure(const SStructure (&aTable)[N], std::uint32_t nCode)
-{
-    return FindStructure(aTable, aTable + N, nCode);
-}
-
 void MarkResponse(CReqRespProtocolPacket& packet, const char* pszName)
 {
     packet.m_bHasResponse = 1;
@@ -284,6 +270,20 @@ void ReadStructure(TWalk& walk, CReqRespProtocolPacket& packet, const SStructure
     ReadLayout(walk, structure.fields, &dwLength, 1);
     if (structure.nTailId != 0)
         walk.Read(structure.nTailId, dwLength * structure.nTailScale - structure.nTailLess);
+}
+
+// Reads the structure of a table that a code chooses; an unknown code reads
+// nothing.
+template <class TWalk, std::size_t N>
+void ReadChosenStructure(TWalk& walk, CReqRespProtocolPacket& packet, const SStructure (&aTable)[N],
+                         std::uint32_t nCode)
+{
+    for (const SStructure& structure : aTable) {
+        if (structure.nCode == nCode) {
+            ReadStructure(walk, packet, structure);
+            return;
+        }
+    }
 }
 
 }  // namespace
@@ -385,40 +385,30 @@ unsigned long CATAPISpec::ReadSubChannelResponse(const CAdvAnlzData& data, CReqR
     if (bSubQ == 0)
         return walk.Consumed();
     walk.Read(SubChannelFormatCode);
-    if (const SStructure* pData = FindStructure(kSubChannelData, nListCode))
-        ReadStructure(walk, packet, *pData);
+    ReadChosenStructure(walk, packet, kSubChannelData, nListCode);
     return walk.Consumed();
 }
 
 unsigned long CATAPISpec::ReadTOS_PMA_ATIPResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                    std::uint32_t nFormat)
 {
-    const SStructure* pFormat = FindStructure(kTOCFormats, nFormat);
-    if (!pFormat)
-        return 0;
     CATAPIWalk walk = Walk(data, packet);
-    ReadStructure(walk, packet, *pFormat);
+    ReadChosenStructure(walk, packet, kTOCFormats, nFormat);
     return walk.Consumed();
 }
 
 unsigned long CATAPISpec::ReadReportKeyResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                 std::uint32_t nKeyFormat)
 {
-    const SStructure* pFormat = FindStructure(kKeyFormats, nKeyFormat);
-    if (!pFormat)
-        return 0;
     CATAPIWalk walk = Walk(data, packet);
-    ReadStructure(walk, packet, *pFormat);
+    ReadChosenStructure(walk, packet, kKeyFormats, nKeyFormat);
     return walk.Consumed();
 }
 
 unsigned long CATAPISpec::ReadDVDStructureResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                    std::uint32_t nFormat)
 {
-    const SStructure* pFormat = FindStructure(kDVDFormats, nFormat);
-    if (!pFormat)
-        return 0;
     CATAPIWalk walk = Walk(data, packet);
-    ReadStructure(walk, packet, *pFormat);
+    ReadChosenStructure(walk, packet, kDVDFormats, nFormat);
     return walk.Consumed();
 }

@@ -255,28 +255,3 @@ unsigned long CRBCProtocolSpec::ReadCommand(const CAdvAnlzData& data, CReqRespPr
     ++m_nRequestFields;
     return walk.Consumed();
 }
-
-// ------------------------------------------------------------- packet
-
-CRBCProtocolPacket::CRBCProtocolPacket() : CReqRespProtocolPacket(CRBCProtocolSpec::GetInstance()) {}
-
-CRBCProtocolPacket::CRBCProtocolPacket(const CAdvAnlzData& data) : CRBCProtocolPacket()
-{
-    CProtocolPacket::RestructBy(data);
-}
-
-CRBCProtocolPacket::CRBCProtocolPacket(const CByteArray& aBytes) : CRBCProtocolPacket()
-{
-    RestructBy(CAdvAnlzData(aBytes));
-}
-
-CRBCProtocolPacket::CRBCProtocolPacket(const CRBCProtocolPacket& other) : CRBCProtocolPacket()
-{
-    *this = other;
-}
-
-unsigned char CRBCProtocolPacket::GetCommandLength(unsigned char nOpCode) const
-{
-    const CRBCProtocolSpec* pSpec = dynamic_cast<const CRBCProtocolSpec*>(m_pSpec);
-    return pSpec ? pSpec->GetCommandLength(nOpCode) : 0;
-}

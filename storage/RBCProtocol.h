@@ -96,21 +96,7 @@ private:
     int m_bPassedToSCSI = 0;
 };
 
-class CRBCProtocolPacket : public CReqRespProtocolPacket {
+class CRBCProtocolPacket : public TCommandSetPacket<CRBCProtocolSpec> {
 public:
-    CRBCProtocolPacket();
-    explicit CRBCProtocolPacket(const CAdvAnlzData& data);
-    explicit CRBCProtocolPacket(const CByteArray& aBytes);
-    // Binds to the decoder and then copies the source, fields and all.
-    CRBCProtocolPacket(const CRBCProtocolPacket& other);
-    CRBCProtocolPacket& operator=(const CRBCProtocolPacket& other) = default;
-    ~CRBCProtocolPacket() override = default;
-
-    unsigned long SetFieldData(unsigned char nIndex, const CAdvAnlzData& value) override
-    {
-        return CProtocolPacket::SetFieldData(nIndex, value);
-    }
-
-    // The block length of an operation code, from the bound decoder.
-    unsigned char GetCommandLength(unsigned char nOpCode) const;
+    using TCommandSetPacket::TCommandSetPacket;
 };

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/ProtocolPacket.h"
 #include "tests/TestUtil.h"
@@ -50,4 +52,31 @@ void ExpectCutsAgree(const std::string& strHex)
             ASSERT_EQ(HexOf(*cut.GetFieldValue(n)), HexOf(*full.GetFieldValue(n))) << "field " << i;
         }
     }
+}
+
+// Two field lists, one behind the other.
+inline std::vector<SFieldView> Join(std::vector<SFieldView> a, const std::vector<SFieldView>& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+// A big-endian number of nBytes bytes.
+inline std::uint32_t BigEndian(const std::uint8_t* p, int nBytes)
+{
+    std::uint32_t n = 0;
+    for (int i = 0; i < nBytes; ++i)
+        n = n << 8 | p[i];
+    return n;
+}
+
+// The values of all fields with this id, in order, as numbers.
+inline std::vector<std::uint32_t> ValuesOf(const CProtocolPacket& packet, unsigned short nId)
+{
+    CByteArray aIndexes;
+    packet.GetFieldIndex(nId, aIndexes);
+    std::vector<std::uint32_t> a;
+    for (int i = 0; i < aIndexes.GetSize(); ++i)
+        a.push_back(static_cast<std::uint32_t>(*packet.GetFieldValue(aIndexes[i])));
+    return a;
 }

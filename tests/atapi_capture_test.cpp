@@ -28,14 +28,6 @@ using namespace ATAPIField;
 const std::string kCapture = std::string(BUSDECODE_CAPTURES_DIR) + "/wireshark-wiki/iscsi-scsi-data-cdrom.log";
 constexpr std::uint16_t kISCSIPort = 3260;
 
-std::uint32_t BigEndian(const std::uint8_t* p, int nBytes)
-{
-    std::uint32_t n = 0;
-    for (int i = 0; i < nBytes; ++i)
-        n = n << 8 | p[i];
-    return n;
-}
-
 // One direction of a TCP connection: its segments by sequence number,
 // joined where they touch.
 class CTcpStream {
@@ -253,17 +245,6 @@ std::vector<SSCSICommand> SCSICommandsOf(const std::string& strPath)
         }
     }
     return aCommands;
-}
-
-// The values of all fields with this id, in order.
-std::vector<std::uint32_t> ValuesOf(const CProtocolPacket& packet, unsigned short nId)
-{
-    CByteArray aIndexes;
-    packet.GetFieldIndex(nId, aIndexes);
-    std::vector<std::uint32_t> a;
-    for (int i = 0; i < aIndexes.GetSize(); ++i)
-        a.push_back(static_cast<std::uint32_t>(*packet.GetFieldValue(aIndexes[i])));
-    return a;
 }
 
 // The last field with this id, as a number.

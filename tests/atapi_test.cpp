@@ -231,12 +231,6 @@ std::vector<SFieldView> Repeat(std::vector<SFieldView> a, int nTimes)
     return r;
 }
 
-std::vector<SFieldView> Join(std::vector<SFieldView> a, const std::vector<SFieldView>& b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 const std::string kSubChannelBlock = "42 02 40 01 00 00 00 0010 00";
 const std::vector<SFieldView> kSubChannelHeader = {{Reserved, 8, "00"}, {AudioStatus, 8, "11"},
                                                    {SubChannelDataLength, 16, "0c00"}};

@@ -32,14 +32,6 @@ struct SCommand {
     std::uint32_t nExpected = 0;  // the wrapper's transfer length
 };
 
-std::uint32_t BigEndian(const std::uint8_t* p, int nBytes)
-{
-    std::uint32_t n = 0;
-    for (int i = 0; i < nBytes; ++i)
-        n = n << 8 | p[i];
-    return n;
-}
-
 bool Starts(const SUsbPacket& packet, const char* pszSignature, std::size_t nLength)
 {
     return packet.nData == nLength && std::equal(pszSignature, pszSignature + 4, packet.pData);
@@ -92,17 +84,6 @@ std::vector<SCommand> MassStorageCommands(const std::string& strPath)
     for (const auto& open : mapOpen)
         aCommands.push_back(open.second);
     return aCommands;
-}
-
-// The values of all fields with this id, in order.
-std::vector<std::uint32_t> ValuesOf(const CProtocolPacket& packet, unsigned short nId)
-{
-    CByteArray aIndexes;
-    packet.GetFieldIndex(nId, aIndexes);
-    std::vector<std::uint32_t> a;
-    for (int i = 0; i < aIndexes.GetSize(); ++i)
-        a.push_back(static_cast<std::uint32_t>(*packet.GetFieldValue(aIndexes[i])));
-    return a;
 }
 
 struct SCrossCheck {

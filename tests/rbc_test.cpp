@@ -56,12 +56,6 @@ std::vector<SFieldView> Reserved8(int nTimes, std::vector<SFieldView> a = {})
     return a;
 }
 
-std::vector<SFieldView> Join(std::vector<SFieldView> a, const std::vector<SFieldView>& b)
-{
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Commands, RBCCommand,
     ::testing::Values(
