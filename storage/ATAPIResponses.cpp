@@ -204,7 +204,10 @@ const SLayoutField kDVDLayer[] = {{StructureDataLength, 0, kBE | kKept},
                                   {EndSectorInLayer0, 0, kBE},
                                   {Reserved, 7},
                                   {BCA}};
-const SLayoutField kDVDCopyright[] = {{StructureDataLength, 0, kBE | kKept}, {Reserved, 16}, {CopyrightProtectionType}, {RegionManagement},
+const SLayoutField kDVDCopyright[] = {{StructureDataLength, 0, kBE | kKept},
+                                      {Reserved, 16},
+                                      {CopyrightProtectionType},
+                                      {RegionManagement},
                                       {Reserved, 16}};
 const SLayoutField kDVDHeaderOnly[] = {{StructureDataLength, 0, kBE | kKept}, {Reserved, 16}};
 const SLayoutField kDVDCopyrightManagement[] = {{StructureDataLength, 0, kBE | kKept},
@@ -213,8 +216,10 @@ const SLayoutField kDVDCopyrightManagement[] = {{StructureDataLength, 0, kBE | k
                                                 {Reserved, 1},
                                                 {CPM},
                                                 {Reserved, 24}};
-const SLayoutField kDVDRecordingManagement[] = {{StructureDataLength, 0, kBE | kKept}, {Reserved, 16}, {RecordingManagementRMA, 0, kBE}};
-const SLayoutField kDVDPrerecorded[] = {{StructureDataLength, 0, kBE | kKept}, {Reserved, 16},
+const SLayoutField kDVDRecordingManagement[] = {
+    {StructureDataLength, 0, kBE | kKept}, {Reserved, 16}, {RecordingManagementRMA, 0, kBE}};
+const SLayoutField kDVDPrerecorded[] = {{StructureDataLength, 0, kBE | kKept},
+                                        {Reserved, 16},
                                         {PrerecordedFieldId},
                                         {PrerecordedApplicationCode},
                                         {PrerecordedPhysicalData},
@@ -229,13 +234,18 @@ const SLayoutField kDVDUniqueId[] = {{StructureDataLength, 0, kBE | kKept},
                                      {UniqueIdHour, 0, kBE},
                                      {UniqueIdMinute, 0, kBE},
                                      {UniqueIdSecond, 0, kBE}};
-const SLayoutField kDVDControlBlock[] = {{StructureDataLength, 0, kBE | kKept}, {Reserved, 16},
-                                        {ControlBlockContentDescriptor, 0, kBE},
-                                        {ControlBlockUnknownActions, 0, kBE},
-                                        {ControlBlockVendorId},
-                                        {ControlBlockData}};
-const SLayoutField kDVDStructureList[] = {{StructureDataLength, 0, kBE | kKept}, {Reserved, 16}, {StructureListFormatCode}, {Reserved, 6},
-                                          {StructureListRDS},   {StructureListSDS},
+const SLayoutField kDVDControlBlock[] = {{StructureDataLength, 0, kBE | kKept},
+                                         {Reserved, 16},
+                                         {ControlBlockContentDescriptor, 0, kBE},
+                                         {ControlBlockUnknownActions, 0, kBE},
+                                         {ControlBlockVendorId},
+                                         {ControlBlockData}};
+const SLayoutField kDVDStructureList[] = {{StructureDataLength, 0, kBE | kKept},
+                                          {Reserved, 16},
+                                          {StructureListFormatCode},
+                                          {Reserved, 6},
+                                          {StructureListRDS},
+                                          {StructureListSDS},
                                           {StructureListLength, 0, kBE}};
 // The media specific bytes of the layer descriptor take the length less
 // 136, as a width in bits.

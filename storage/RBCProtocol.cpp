@@ -137,6 +137,8 @@ void CRBCProtocolSpec::KillInstance()
 }
 
 // The SCSI constructor runs first: the lists made here follow its lists.
+// Every field is interned strictly, as GetFieldReference does, so that a
+// renamed instance never lends its strings to another field.
 CRBCProtocolSpec::CRBCProtocolSpec()
 {
     SetReferenceStrings(RefCompareAll);
@@ -221,13 +223,17 @@ unsigned long CRBCProtocolSpec::ReadCommand(const CAdvAnlzData& data, CReqRespPr
     if (IsSCSICommand(nOpCode)) {
         m_bPassedToSCSI = 1;
         CSCSIProtocolSpec::InterpretPacketData(data, packet, 1);
-        // An RBC device has no buffer ids: the byte is reserved here.
+        // An RBC device has no buffer ids: the byte is reserved here. The
+        // field instance gets a record of its own, interned strictly.
         if (nOpCode == 0x3B) {
             CByteArray aIndexes;
             packet.GetFieldIndex(CSCSIProtocolSpec::FieldBufferId, aIndexes);
-            if (aIndexes.GetSize() > 0) {
-                const CString strReserved("Reserved");
-                RenameFieldInstance(packet, aIndexes[0], &strReserved, &strReserved, &strReserved);
+            const SSpecFieldAttr* pBound =
+                aIndexes.GetSize() > 0 ? packet.GetFieldExtraAttr(aIndexes[0], PacketSideWhole) : nullptr;
+            if (pBound) {
+                SSpecFieldAttr attr = *pBound;
+                attr.m_strName = attr.m_strAbbr = attr.m_strDesc = "Reserved";
+                packet.SetFieldExtraAttr(aIndexes[0], GetFieldReference(attr));
             }
         }
         return data.GetLength();

@@ -215,8 +215,9 @@ std::vector<SSCSICommand> SCSICommandsOf(const std::string& strPath)
     for (auto& entry : mapStreams) {
         if (std::get<3>(entry.first) != kISCSIPort)
             continue;
-        const auto reply = mapStreams.find(
-            TKey(std::get<2>(entry.first), std::get<3>(entry.first), std::get<0>(entry.first), std::get<1>(entry.first)));
+        const TKey& key = entry.first;
+        const auto reply =
+            mapStreams.find(TKey(std::get<2>(key), std::get<3>(key), std::get<0>(key), std::get<1>(key)));
         if (reply == mapStreams.end())
             continue;
         entry.second.Close();
@@ -226,7 +227,8 @@ std::vector<SSCSICommand> SCSICommandsOf(const std::string& strPath)
             if ((pdu.aHeader[0] & 0x3F) != 0x01)
                 continue;
             SSCSICommand command;
-            command.aBlock.assign(pdu.aHeader.begin() + 32, pdu.aHeader.begin() + 32 + CommandBlockLength(pdu.aHeader[32]));
+            const auto itBlock = pdu.aHeader.begin() + 32;
+            command.aBlock.assign(itBlock, itBlock + CommandBlockLength(pdu.aHeader[32]));
             mapByTag[BigEndian(pdu.aHeader.data() + 16, 4)] = aCommands.size();
             aCommands.push_back(command);
         }

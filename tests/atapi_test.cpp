@@ -19,6 +19,12 @@ namespace {
 
 using namespace ATAPIField;
 
+// A byte as two hex digits.
+std::string HexByte(int n)
+{
+    return HexOf(CAdvAnlzData(static_cast<std::uint64_t>(n), 8));
+}
+
 std::string Zeros(int nBytes)
 {
     return std::string(static_cast<std::size_t>(nBytes) * 2, '0');
@@ -99,7 +105,7 @@ TEST(ATAPIDispatch, EveryOperationCode)
                                                            : 0;
         EXPECT_EQ(pSpec->GetCommandLength(static_cast<unsigned char>(nOp)), nLength);
         // Blocks of length 0 get the 10 bytes of a typical block.
-        const CAdvAnlzData payload = Hex(HexOf(CAdvAnlzData(static_cast<std::uint64_t>(nOp), 8)) +
+        const CAdvAnlzData payload = Hex(HexByte(nOp) +
                                          Zeros((nLength ? nLength : 10) - 1));
         CATAPIPacket packet(payload);
         EXPECT_EQ(pSpec->IsHandedToSCSI(), scsi != kSCSICommands.end());
@@ -169,8 +175,8 @@ TEST(ATAPIDispatch, UnknownAndOpaqueCommands)
 TEST(ATAPIDispatch, HandOverGivesTheSCSIDecode)
 {
     const char* aPayloads[] = {
-        "12 00 00 00 24 00  05 80 00 32 1f 00 00 00 56 4d 77 61 72 65 2c 20 56 69 72 74 75 61 6c 20 43 44 2d 52 4f "
-        "4d 20 20 20 20 31 2e 30 20",
+        ("12 00 00 00 24 00  05 80 00 32 1f 00 00 00 56 4d 77 61 72 65 2c 20 56 69 72 74 75 61 6c 20 43 44 2d 52 4f "
+         "4d 20 20 20 20 31 2e 30 20"),
         "03 00 00 00 12 00  70 00 02 00 00 00 00 0a 00 00 00 00 3a 00 00 00 00 00",
         "5a 00 2a 00 00 00 00 00 1c 00  00 1a 70 00 00 00 00 00",
         "3c 00 00 000000 000004 00  00 000200",
@@ -297,7 +303,8 @@ INSTANTIATE_TEST_SUITE_P(
                         {PerformanceWrite, 1, "00"}, {PerformanceReserved, 30, "00000000"}},
                        10, 4, 1, "Performance"},
         SStructureCase{"MechanismStatus", "bd 00000000000000 0010 00 00  23 30 000010 02 0008 0102030405060708",
-                       {{CurrentSlotLow, 5, "03"}, {ChangerState, 2, "01"}, {Fault, 1, "00"}, {CurrentSlotHigh, 3, "00"},
+                       {{CurrentSlotLow, 5, "03"}, {ChangerState, 2, "01"}, {Fault, 1, "00"},
+                        {CurrentSlotHigh, 3, "00"},
                         {MechanismReserved, 1, "00"}, {DoorOpen, 1, "01"}, {MechanismState, 3, "01"},
                         {CurrentLBA, 24, "100000"}, {SlotsAvailable, 8, "02"}, {SlotTableLength, 16, "0800"},
                         {SlotTable, 64, "0102030405060708"}},
@@ -409,7 +416,7 @@ TEST(ATAPIStructureFormats, DVDStructures)
                                 {0xFF, "StuctureList", 7}};
     for (const SFormat& f : aFormats) {
         SCOPED_TRACE(f.pszName);
-        const std::string strHex = "ad 00 00000000 00 " + HexOf(CAdvAnlzData(static_cast<std::uint64_t>(f.nFormat), 8)) +
+        const std::string strHex = "ad 00 00000000 00 " + HexByte(f.nFormat) +
                                    " 0800 00 00  0088 0000" + std::string(160, 'c');
         CATAPIPacket packet(Hex(strHex));
         EXPECT_EQ(packet.m_strResponseName, f.pszName);
@@ -429,7 +436,7 @@ TEST(ATAPIStructureFormats, KeysAndTOC)
         {5, {"current state of Authentication_Success_Flag", 5}},
         {8, {"Logical_Unit_region_settings", 9}}};
     for (const auto& k : aKeys) {
-        CATAPIPacket packet(Hex("a4 00 00000000 0000 0010 " + HexOf(CAdvAnlzData(static_cast<std::uint64_t>(k.first), 8)) +
+        CATAPIPacket packet(Hex("a4 00 00000000 0000 0010 " + HexByte(k.first) +
                                 " 00" + std::string(32, '0')));
         EXPECT_EQ(packet.m_strResponseName, k.second.first);
         EXPECT_EQ(packet.m_nResponseFields, k.second.second) << k.second.first;
@@ -438,7 +445,7 @@ TEST(ATAPIStructureFormats, KeysAndTOC)
         {0, {"TOSTrackDes", 9}}, {1, {"LogicalBlockAddress", 9}}, {2, {"Toc_Format_FullToc", 15}},
         {3, {"Toc_Format_Pma", 13}}, {4, {"Toc_Format_ATIP", 3}}, {5, {"Toc_Format_CD_Context", 4}}};
     for (const auto& t : aTOC) {
-        CATAPIPacket packet(Hex("43 00 " + HexOf(CAdvAnlzData(static_cast<std::uint64_t>(t.first), 8)) +
+        CATAPIPacket packet(Hex("43 00 " + HexByte(t.first) +
                                 " 00 00 00 00 0030 00 0002" + std::string(64, '0')));
         EXPECT_EQ(packet.m_strResponseName, t.second.first);
         EXPECT_EQ(packet.m_nResponseFields, t.second.second) << t.second.first;

@@ -135,7 +135,8 @@ TEST(RBCDispatch, EveryOperationCode)
         const auto own = kOwn.find(nOp);
         const int nLength = passed != kPassedOn.end() ? passed->second : own != kOwn.end() ? own->second : 0;
         EXPECT_EQ(pSpec->GetCommandLength(static_cast<unsigned char>(nOp)), nLength);
-        const std::string strHex = HexOf(CAdvAnlzData(static_cast<std::uint64_t>(nOp), 8)) + " 00000000 00 0000 00 1122";
+        const std::string strHex =
+            HexOf(CAdvAnlzData(static_cast<std::uint64_t>(nOp), 8)) + " 00000000 00 0000 00 1122";
         CRBCProtocolPacket packet(Hex(strHex));
         EXPECT_EQ(pSpec->IsPassedToSCSI(), passed != kPassedOn.end());
         if (passed != kPassedOn.end()) {
