@@ -391,67 +391,48 @@ unsigned long CATAPISpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPa
     return ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, eOrder, dwLength);
 }
 
-unsigned long CATAPISpec::ReadFields(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                     const SLayout& layout, std::uint32_t* aKept, std::size_t nKept)
-{
-    CATAPIWalk walk = Walk(data, packet);
-    ReadLayout(walk, layout, aKept, nKept);
-    return walk.Consumed();
-}
-
-unsigned long CATAPISpec::ReadOne(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                                  std::uint32_t dwBits)
-{
-    CAdvAnlzData value;
-    return ReadField(data, packet, nId, value, ByteOrderAsStored, dwBits);
-}
-
 unsigned long CATAPISpec::ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
-    CAdvAnlzData w(data);
     m_nRequestFields = 0;
     m_nResponseFields = 0;
     packet.m_nRequestFields = 0;
     packet.m_nResponseFields = 0;
     packet.m_bHasResponse = 0;
-    if (w.GetLength() == 0)
+    if (data.GetLength() == 0)
         return 0;
 
-    const std::uint8_t nOpCode = w.GetBits(0, 8);
+    const std::uint8_t nOpCode = data.GetBits(0, 8);
     if (IsSCSICommand(nOpCode)) {
         // The packet becomes a SCSI packet, with the SCSI decoder's counts
         // and names.
         m_bHandedToSCSI = 1;
-        CSCSIProtocolSpec::InterpretPacketData(w, packet, 1);
-        return w.GetLength();
+        CSCSIProtocolSpec::InterpretPacketData(data, packet, 1);
+        return data.GetLength();
     }
 
-    unsigned long dwTotal = 0;
-    auto consume = [&](unsigned long dwBits) {
-        w.Truncate(static_cast<std::uint32_t>(dwBits), CAdvAnlzData::kToEnd);
-        dwTotal += dwBits;
-    };
-    consume(ReadOne(w, packet, OpCode, 0));
-
+    // One walk over the payload: the dispatch and every reader go on from
+    // where the last one stopped.
+    CATAPIWalk walk = Walk(data, packet);
+    walk.Read(OpCode);
     const SCommandRow* pRow = FindCommand(nOpCode);
     if (!pRow) {
         // Unknown: the byte behind the code on its own, then the rest.
-        consume(ReadOne(w, packet, UnknownLength, 8));
-        consume(ReadOne(w, packet, UnknownData, w.GetLength()));
+        walk.Read(UnknownLength, 8);
+        walk.Read(UnknownData, walk.Data().GetLength());
         m_nRequestFields = 3;
         m_nResponseFields = 0;
         packet.m_nRequestFields = 3;
         packet.m_nResponseFields = 0;
         packet.m_bHasResponse = 0;
         packet.SetRequestName("Unknown");
-        return dwTotal;
+        return walk.Consumed();
     }
 
     std::uint32_t aKept[2] = {0, 0};
     if (pRow->eNext == NextWholeData)
-        consume(ReadOne(w, packet, Data, w.GetLength()));
+        walk.Read(Data, walk.Data().GetLength());
     else
-        consume(ReadFields(w, packet, pRow->block, aKept, 2));
+        ReadLayout(walk, pRow->block, aKept, 2);
     // The block (with the parameter data that some commands send) is the
     // request side; what the drive returned is the response side.
     auto endRequest = [&]() {
@@ -468,104 +449,103 @@ unsigned long CATAPISpec::ReadElements(const CAdvAnlzData& data, CReqRespProtoco
         break;
     case NextFormatUnitParameters:
         if (aKept[0] != 0)
-            consume(ReadParameterFormatUnit(w, packet));
+            ReadParameterFormatUnit(walk);
         endRequest();
         break;
     case NextOPCParameters:
         if (dwLength > 0)
-            consume(ReadFields(w, packet, LayoutOf(kOPCParameters)));
+            ReadLayout(walk, LayoutOf(kOPCParameters));
         endRequest();
         break;
     case NextCueSheet:
-        consume(ReadOne(w, packet, CueSheetData, dwLength * 8));
+        walk.Read(CueSheetData, dwLength * 8);
         endRequest();
         break;
     case NextSendEventParameters:
         if (dwLength > 0)
-            consume(ReadFields(w, packet, LayoutOf(kSendEventParameters)));
+            ReadLayout(walk, LayoutOf(kSendEventParameters));
         endRequest();
         break;
     case NextSendKeyParameters:
         if (dwLength > 0)
-            consume(ReadOne(w, packet, KeyParameterList, dwLength * 8));
+            walk.Read(KeyParameterList, dwLength * 8);
         endRequest();
         break;
     case NextStreamingParameters:
         if (dwLength > 0)
-            consume(ReadFields(w, packet, LayoutOf(kStreamingParameters)));
+            ReadLayout(walk, LayoutOf(kStreamingParameters));
         endRequest();
         break;
     case NextDVDStructureData:
-        consume(ReadOne(w, packet, Data, dwLength * 8));
+        walk.Read(Data, dwLength * 8);
         endRequest();
         break;
     case NextFormatCapacities:
         endRequest();
-        consume(ReadFormatCapacityResponse(w, packet));
+        ReadFormatCapacityResponse(walk);
         break;
     case NextCapacity:
         endRequest();
-        consume(ReadResponseReadCapacity(w, packet));
+        ReadResponseReadCapacity(walk);
         break;
     case NextSubChannel:
         endRequest();
-        consume(ReadSubChannelResponse(w, packet, aKept[1], aKept[0]));
+        ReadSubChannelResponse(walk, aKept[1], aKept[0]);
         // Without SubQ only the header is read, and it is not counted.
         bCounted = aKept[0] != 0;
         break;
     case NextTOC:
         endRequest();
-        consume(ReadTOS_PMA_ATIPResponse(w, packet, aKept[0]));
+        ReadTOS_PMA_ATIPResponse(walk, aKept[0]);
         break;
     case NextConfiguration:
         endRequest();
         if (dwLength > 0)
-            consume(ReadResponseDataGetConfiguration(w, packet));
+            ReadResponseDataGetConfiguration(walk);
         break;
     case NextEventStatus:
         endRequest();
         if (dwLength > 0)
-            consume(ReadResponseDataGetEventStatusNotification(w, packet));
+            ReadResponseDataGetEventStatusNotification(walk);
         break;
     case NextDiscInformation:
         endRequest();
         if (dwLength > 0)
-            consume(ReadResponseReadDiscInformation(w, packet));
+            ReadResponseReadDiscInformation(walk);
         break;
     case NextTrackInformation:
         endRequest();
-        consume(ReadTrackInfoResponse(w, packet));
+        ReadTrackInfoResponse(walk);
         break;
     case NextReportKey:
         endRequest();
-        consume(ReadReportKeyResponse(w, packet, aKept[0]));
+        ReadReportKeyResponse(walk, aKept[0]);
         break;
     case NextPerformance:
         endRequest();
-        consume(ReadResponseDataGetPerformance(w, packet, aKept[0]));
+        ReadResponseDataGetPerformance(walk, aKept[0]);
         break;
     case NextDVDStructure:
         endRequest();
-        consume(ReadDVDStructureResponse(w, packet, aKept[0]));
+        ReadDVDStructureResponse(walk, aKept[0]);
         break;
     case NextMechanismStatus:
         endRequest();
         if (dwLength > 0)
-            consume(ReadParameterMechanismStatus(w, packet));
+            ReadParameterMechanismStatus(walk);
         break;
     }
 
     m_nResponseFields = bCounted ? static_cast<unsigned char>(packet.GetFieldCount() - m_nRequestFields) : 0;
     packet.m_nResponseFields = m_nResponseFields;
     packet.SetRequestName(pRow->pszRequestName);
-    return dwTotal;
+    return walk.Consumed();
 }
 
 // ------------------------------------------------------------- parameter data
 
-unsigned long CATAPISpec::ReadParameterFormatUnit(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadParameterFormatUnit(CATAPIWalk& walk)
 {
-    CATAPIWalk walk = Walk(data, packet);
     std::uint32_t nIP = 0;
     ReadLayout(walk, LayoutOf(kFormatListHeader), &nIP, 1);
     if (nIP != 0) {
@@ -575,7 +555,6 @@ unsigned long CATAPISpec::ReadParameterFormatUnit(const CAdvAnlzData& data, CReq
         walk.ReadReversed(Pattern, dwPatternLength * 8);
     }
     walk.Read(FormatDescriptor, 64);
-    return walk.Consumed();
 }
 
 // ------------------------------------------------------------- packet

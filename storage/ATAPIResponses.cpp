@@ -273,9 +273,9 @@ void MarkResponse(CReqRespProtocolPacket& packet, const char* pszName)
 
 // Reads a structure chosen by a code: its fields and its tail, if any.
 template <class TWalk>
-void ReadStructure(TWalk& walk, CReqRespProtocolPacket& packet, const SStructure& structure)
+void ReadStructure(TWalk& walk, const SStructure& structure)
 {
-    MarkResponse(packet, structure.pszResponseName);
+    MarkResponse(walk.Packet(), structure.pszResponseName);
     std::uint32_t dwLength = 0;
     ReadLayout(walk, structure.fields, &dwLength, 1);
     if (structure.nTailId != 0)
@@ -285,12 +285,11 @@ void ReadStructure(TWalk& walk, CReqRespProtocolPacket& packet, const SStructure
 // Reads the structure of a table that a code chooses; an unknown code reads
 // nothing.
 template <class TWalk, std::size_t N>
-void ReadChosenStructure(TWalk& walk, CReqRespProtocolPacket& packet, const SStructure (&aTable)[N],
-                         std::uint32_t nCode)
+void ReadChosenStructure(TWalk& walk, const SStructure (&aTable)[N], std::uint32_t nCode)
 {
     for (const SStructure& structure : aTable) {
         if (structure.nCode == nCode) {
-            ReadStructure(walk, packet, structure);
+            ReadStructure(walk, structure);
             return;
         }
     }
@@ -298,16 +297,15 @@ void ReadChosenStructure(TWalk& walk, CReqRespProtocolPacket& packet, const SStr
 
 }  // namespace
 
-unsigned long CATAPISpec::ReadResponseReadCapacity(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadResponseReadCapacity(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "Capacity");
-    return ReadFields(data, packet, LayoutOf(kCapacity));
+    MarkResponse(walk.Packet(), "Capacity");
+    ReadLayout(walk, LayoutOf(kCapacity));
 }
 
-unsigned long CATAPISpec::ReadFormatCapacityResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadFormatCapacityResponse(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "FormatCapacity");
-    CATAPIWalk walk = Walk(data, packet);
+    MarkResponse(walk.Packet(), "FormatCapacity");
     std::uint32_t nListLength = 0;
     ReadLayout(walk, LayoutOf(kCapacityListHeader), &nListLength, 1);
     // The list length counts the current/maximum descriptor too; (L + 7) / 8
@@ -315,52 +313,43 @@ unsigned long CATAPISpec::ReadFormatCapacityResponse(const CAdvAnlzData& data, C
     if (nListLength > 0)
         for (std::uint32_t i = 0; i < (nListLength + 7) / 8; ++i)
             ReadLayout(walk, LayoutOf(kFormattableCapacity));
-    return walk.Consumed();
 }
 
-unsigned long CATAPISpec::ReadResponseDataGetConfiguration(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadResponseDataGetConfiguration(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "Configuration");
-    CATAPIWalk walk = Walk(data, packet);
+    MarkResponse(walk.Packet(), "Configuration");
     std::uint32_t dwLength = 0;
     ReadLayout(walk, LayoutOf(kFeatureHeader), &dwLength, 1);
     walk.Read(FeatureDescriptors, dwLength * 8);
-    return walk.Consumed();
 }
 
-unsigned long CATAPISpec::ReadResponseDataGetEventStatusNotification(const CAdvAnlzData& data,
-                                                                     CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadResponseDataGetEventStatusNotification(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "Event_Status_Notification");
-    CATAPIWalk walk = Walk(data, packet);
+    MarkResponse(walk.Packet(), "Event_Status_Notification");
     std::uint32_t dwLength = 0;
     ReadLayout(walk, LayoutOf(kEventHeader), &dwLength, 1);
     if (dwLength != 0)
         walk.Read(EventData, dwLength * 8);
-    return walk.Consumed();
 }
 
-unsigned long CATAPISpec::ReadResponseReadDiscInformation(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadResponseReadDiscInformation(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "Disc_Information");
-    CATAPIWalk walk = Walk(data, packet);
+    MarkResponse(walk.Packet(), "Disc_Information");
     std::uint32_t nEntries = 0;
     ReadLayout(walk, LayoutOf(kDiscInformation), &nEntries, 1);
     // As many OPC table entries as the count says, whatever the payload holds.
     for (std::uint32_t i = 0; i < nEntries; ++i)
         walk.Read(OPCTableEntry, 64);
-    return walk.Consumed();
 }
 
-unsigned long CATAPISpec::ReadResponseDataGetPerformance(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                         std::uint32_t nExcept)
+void CATAPISpec::ReadResponseDataGetPerformance(CATAPIWalk& walk, std::uint32_t nExcept)
 {
-    MarkResponse(packet, "Performance");
-    CATAPIWalk walk = Walk(data, packet);
+    MarkResponse(walk.Packet(), "Performance");
     std::uint32_t dwLength = 0;
     ReadLayout(walk, LayoutOf(kPerformanceHeader), &dwLength, 1);
     // Exception descriptors are 4 bytes, nominal performance descriptors 16.
-    // The data length counts the four header bytes behind it.
+    // The data length counts the four header bytes behind it; the loop ends
+    // with the payload.
     const std::uint32_t nSize = nExcept != 0 ? 4 : 16;
     const std::int32_t nDescriptorBytes = static_cast<std::int32_t>(dwLength - 4);
     if (nDescriptorBytes > 0) {
@@ -368,57 +357,42 @@ unsigned long CATAPISpec::ReadResponseDataGetPerformance(const CAdvAnlzData& dat
         for (std::uint32_t i = 0; i < nCount && walk.More(); ++i)
             walk.Read(PerformanceDescriptor, nSize * 8);
     }
-    return walk.Consumed();
 }
 
-unsigned long CATAPISpec::ReadParameterMechanismStatus(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadParameterMechanismStatus(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "Mechanism_Status");
-    CATAPIWalk walk = Walk(data, packet);
+    MarkResponse(walk.Packet(), "Mechanism_Status");
     std::uint32_t dwLength = 0;
     ReadLayout(walk, LayoutOf(kMechanismStatusHeader), &dwLength, 1);
     walk.Read(SlotTable, dwLength * 8);
-    return walk.Consumed();
 }
 
-unsigned long CATAPISpec::ReadTrackInfoResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+void CATAPISpec::ReadTrackInfoResponse(CATAPIWalk& walk)
 {
-    MarkResponse(packet, "Track_Information");
-    return ReadFields(data, packet, LayoutOf(kTrackInformation));
+    MarkResponse(walk.Packet(), "Track_Information");
+    ReadLayout(walk, LayoutOf(kTrackInformation));
 }
 
-unsigned long CATAPISpec::ReadSubChannelResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                 std::uint32_t nListCode, std::uint32_t bSubQ)
+void CATAPISpec::ReadSubChannelResponse(CATAPIWalk& walk, std::uint32_t nListCode, std::uint32_t bSubQ)
 {
-    CATAPIWalk walk = Walk(data, packet);
     ReadLayout(walk, LayoutOf(kSubChannelHeader));
     if (bSubQ == 0)
-        return walk.Consumed();
+        return;
     walk.Read(SubChannelFormatCode);
-    ReadChosenStructure(walk, packet, kSubChannelData, nListCode);
-    return walk.Consumed();
+    ReadChosenStructure(walk, kSubChannelData, nListCode);
 }
 
-unsigned long CATAPISpec::ReadTOS_PMA_ATIPResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                   std::uint32_t nFormat)
+void CATAPISpec::ReadTOS_PMA_ATIPResponse(CATAPIWalk& walk, std::uint32_t nFormat)
 {
-    CATAPIWalk walk = Walk(data, packet);
-    ReadChosenStructure(walk, packet, kTOCFormats, nFormat);
-    return walk.Consumed();
+    ReadChosenStructure(walk, kTOCFormats, nFormat);
 }
 
-unsigned long CATAPISpec::ReadReportKeyResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                std::uint32_t nKeyFormat)
+void CATAPISpec::ReadReportKeyResponse(CATAPIWalk& walk, std::uint32_t nKeyFormat)
 {
-    CATAPIWalk walk = Walk(data, packet);
-    ReadChosenStructure(walk, packet, kKeyFormats, nKeyFormat);
-    return walk.Consumed();
+    ReadChosenStructure(walk, kKeyFormats, nKeyFormat);
 }
 
-unsigned long CATAPISpec::ReadDVDStructureResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                   std::uint32_t nFormat)
+void CATAPISpec::ReadDVDStructureResponse(CATAPIWalk& walk, std::uint32_t nFormat)
 {
-    CATAPIWalk walk = Walk(data, packet);
-    ReadChosenStructure(walk, packet, kDVDFormats, nFormat);
-    return walk.Consumed();
+    ReadChosenStructure(walk, kDVDFormats, nFormat);
 }

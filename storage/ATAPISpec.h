@@ -57,49 +57,37 @@ protected:
     unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
                             CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
 
-    // A reader's walk over its own copy of the input. No reader tests for
-    // the end of the data but the loops that say so: past the end, fields
-    // are still added, with length 0.
+    // The walk over a copy of the payload, which the block and the readers
+    // of what follows it consume in turn. No reader tests for the end of the
+    // data but the loops that say so: past the end, fields are still added,
+    // with length 0.
     using CATAPIWalk = CFieldCursor<CATAPISpec>;
     CATAPIWalk Walk(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
     {
         return CATAPIWalk(*this, &CATAPISpec::ReadField, ReadPastEnd, data, packet);
     }
-    // Reads a layout; see ReadLayout. Returns the bits read.
-    unsigned long ReadFields(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, const SLayout& layout,
-                             std::uint32_t* aKept = nullptr, std::size_t nKept = 0);
-    // Reads one field of a width given by the data (0: the default width).
-    unsigned long ReadOne(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                          std::uint32_t dwBits);
-
     // Parameter data sent with a command: request fields.
-    unsigned long ReadParameterFormatUnit(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
+    void ReadParameterFormatUnit(CATAPIWalk& walk);
 
-    // Structures returned by the drive: response fields. Each sets the
-    // response name and marks the packet as having a response when it reads
-    // a structure.
-    unsigned long ReadResponseReadCapacity(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadFormatCapacityResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadResponseDataGetConfiguration(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadResponseDataGetEventStatusNotification(const CAdvAnlzData& data,
-                                                             CReqRespProtocolPacket& packet);
-    unsigned long ReadResponseReadDiscInformation(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadResponseDataGetPerformance(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                 std::uint32_t nExcept);
-    unsigned long ReadParameterMechanismStatus(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadTrackInfoResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
+    // Structures returned by the drive: response fields. Each goes on with
+    // the walk of the block, sets the response name and marks the packet as
+    // having a response when it reads a structure.
+    void ReadResponseReadCapacity(CATAPIWalk& walk);
+    void ReadFormatCapacityResponse(CATAPIWalk& walk);
+    void ReadResponseDataGetConfiguration(CATAPIWalk& walk);
+    void ReadResponseDataGetEventStatusNotification(CATAPIWalk& walk);
+    void ReadResponseReadDiscInformation(CATAPIWalk& walk);
+    void ReadResponseDataGetPerformance(CATAPIWalk& walk, std::uint32_t nExcept);
+    void ReadParameterMechanismStatus(CATAPIWalk& walk);
+    void ReadTrackInfoResponse(CATAPIWalk& walk);
     // By a code from the block: the sub-channel data format (read only when
     // SubQ is set), the TOC/PMA/ATIP format, the key format, the DVD
     // structure format. An unknown code reads nothing (behind the
     // sub-channel header, for sub-channel data).
-    unsigned long ReadSubChannelResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                         std::uint32_t nListCode, std::uint32_t bSubQ);
-    unsigned long ReadTOS_PMA_ATIPResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                           std::uint32_t nFormat);
-    unsigned long ReadReportKeyResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                        std::uint32_t nKeyFormat);
-    unsigned long ReadDVDStructureResponse(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                           std::uint32_t nFormat);
+    void ReadSubChannelResponse(CATAPIWalk& walk, std::uint32_t nListCode, std::uint32_t bSubQ);
+    void ReadTOS_PMA_ATIPResponse(CATAPIWalk& walk, std::uint32_t nFormat);
+    void ReadReportKeyResponse(CATAPIWalk& walk, std::uint32_t nKeyFormat);
+    void ReadDVDStructureResponse(CATAPIWalk& walk, std::uint32_t nFormat);
 
 private:
     CATAPISpec();
