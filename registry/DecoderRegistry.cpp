@@ -1,14 +1,16 @@
 #include "registry/DecoderRegistry.h"
 
 #include "hci/HCISpec.h"
-#include "serial/ATCommand.h"
-#include "serial/OBEX.h"
 #include "hid/USBHIDPacket.h"
 #include "hid/USBHIDPhysicalSpec.h"
 #include "hid/USBHIDReportSpec.h"
 #include "hid/USBHIDRequestSpec.h"
 #include "hid/USBHIDSpec.h"
+#include "serial/ATCommand.h"
+#include "serial/OBEX.h"
+#include "storage/ATAPISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
+#include "storage/RBCProtocol.h"
 #include "storage/SCSIProtocol.h"
 
 namespace {
@@ -51,6 +53,8 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
         MakeDecoderEntry<CMassStorageBulkOnlyWrapperSpec, CMassStorageBulkOnlyWrapperPacket>(
             "CMassStorageBulkOnlyWrapperSpec", "bot"),
         MakeDecoderEntry<CSCSIProtocolSpec, CSCSIProtocolPacket>("CSCSIProtocolSpec", "scsi"),
+        MakeDecoderEntry<CATAPISpec, CATAPIPacket>("CATAPISpec", "atapi"),
+        MakeDecoderEntry<CRBCProtocolSpec, CRBCProtocolPacket>("CRBCProtocolSpec", "rbc"),
         // HCI packets need their kind, which the bytes cannot tell, and show
         // the id of the field that holds a command's OCF.
         SDecoderEntry{

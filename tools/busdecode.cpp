@@ -170,10 +170,12 @@ void PrintText(const SDecoderEntry& entry, const CProtocolPacket& packet, int nR
             if (strValue.empty())
                 strValue = "-";
             const std::string strOption = pSpec ? pSpec->GetFieldOptionName(nId, value).ToStdString() : "";
-            std::snprintf(line, sizeof line, "  %3d  %-5u  %6u  %5u  %-32s  %-34s  %s\n", i, nId,
+            // The option goes behind the fixed columns as it stands: option
+            // names can be longer than any line buffer.
+            std::snprintf(line, sizeof line, "  %3d  %-5u  %6u  %5u  %-32s  %-34s  ", i, nId,
                           pAttr ? pAttr->m_dwOffset : 0u, value.GetLength(),
-                          pAttr ? pAttr->m_strName.GetString() : "", strValue.c_str(), strOption.c_str());
-            std::cout << line;
+                          pAttr ? pAttr->m_strName.GetString() : "", strValue.c_str());
+            std::cout << line << strOption << "\n";
         }
     }
     if (pRR) {
