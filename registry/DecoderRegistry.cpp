@@ -3,6 +3,12 @@
 #include "hci/HCISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
 #include "storage/SCSIProtocol.h"
+#include "usbclass/CommunicationClass.h"
+#include "usbclass/CommunicationNotification.h"
+#include "usbclass/CommunicationWrapper.h"
+#include "usbclass/HubClass.h"
+#include "usbclass/HubNotification.h"
+#include "usbclass/PrinterClass.h"
 
 const std::vector<SDecoderEntry>& GetDecoderRegistry()
 {
@@ -10,6 +16,14 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
         MakeDecoderEntry<CMassStorageBulkOnlyWrapperSpec, CMassStorageBulkOnlyWrapperPacket>(
             "CMassStorageBulkOnlyWrapperSpec", "bot"),
         MakeDecoderEntry<CSCSIProtocolSpec, CSCSIProtocolPacket>("CSCSIProtocolSpec", "scsi"),
+        MakeDecoderEntry<CHubClassSpec, CHubClassPacket>("CHubClassSpec", "hub"),
+        MakeDecoderEntry<CHubNotificationSpec, CHubNotificationPacket>("CHubNotificationSpec", "hub-notification"),
+        MakeDecoderEntry<CCommunicationClassSpec, CCommunicationClassPacket>("CCommunicationClassSpec", "cdc"),
+        MakeDecoderEntry<CCommunicationNotificationSpec, CCommunicationNotificationPacket>(
+            "CCommunicationNotificationSpec", "cdc-notification"),
+        MakeDecoderEntry<CCommunicationWrapperSpec, CCommunicationWrapperPacket>("CCommunicationWrapperSpec",
+                                                                                 "cdc-wrapper"),
+        MakeDecoderEntry<CPrinterClassSpec, CPrinterClassPacket>("CPrinterClassSpec", "printer"),
         // HCI packets need their kind, which the bytes cannot tell, and show
         // the id of the field that holds a command's OCF.
         SDecoderEntry{

@@ -1,0 +1,69 @@
+// USB printer class requests on the control pipe: Get Device ID, Get Port
+// Status and Soft Reset, each with its data stage in the same payload. The
+// device id string stays one opaque field with its two length bytes; the
+// port status byte is cut into its bits.
+#pragma once
+
+#include <array>
+
+#include "core/AdvAnlzData.h"
+#include "core/FieldCursor.h"
+#include "core/ProtocolPacket.h"
+#include "core/ProtocolSpec.h"
+#include "usbclass/USBClassCommon.h"
+
+class CPrinterClassSpec : public CProtocolSpec {
+    BUSDECODE_DECLARE_RUNTIME_CLASS(CPrinterClassSpec)
+
+public:
+    enum : unsigned short {
+        FieldRecipient = 22500,
+        FieldType = 22501,
+        FieldDirection = 22502,
+        FieldRequest = 22503,
+        FieldValue = 22504,
+        FieldIndex = 22505,
+        FieldLength = 22506,
+        FieldData = 22507,
+        FieldReservedHigh = 22508,
+        FieldPaper = 22509,
+        FieldSelect = 22510,
+        FieldError = 22511,
+        FieldReservedLow = 22512,
+    };
+    static constexpr unsigned short kFirstId = 22500;
+    static constexpr unsigned short kFieldCount = 13;
+
+    static CPrinterClassSpec* GetInstance();
+    static void KillInstance();
+    ~CPrinterClassSpec() override = default;
+
+    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
+    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
+    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
+    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
+    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
+    // Printer class requests have no rules to check.
+    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
+
+private:
+    CPrinterClassSpec();
+    void InitOptions();
+
+    unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
+    unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
+                            CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
+
+    static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
+    static const std::array<CString, kFieldCount> ms_aFieldNames;
+    static const std::array<short, kFieldCount> ms_aFieldIds;
+    static const SFieldTable ms_table;
+    static CPrinterClassSpec* ms_pInstance;
+
+    CSideCounts m_counts;
+};
+
+class CPrinterClassPacket : public TDecoderPacket<CPrinterClassSpec> {
+public:
+    using TDecoderPacket::TDecoderPacket;
+};
