@@ -5,11 +5,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CCommunicationClassSpec, CProtocolSpec)
-
-CCommunicationClassSpec* CCommunicationClassSpec::ms_pInstance = nullptr;
 
 // How the data stage of a request is read.
 enum class ECommData : std::uint8_t {
@@ -59,8 +56,10 @@ const SCommRequest kRequests[] = {
      {Spec::FieldDTERate, Spec::FieldCharFormat, Spec::FieldParityType, Spec::FieldDataBits}, 0, "LineCoding"},
     {0x21, "GetLineCoding", {Spec::FieldValue}, Spec::FieldStructureSize, D::Fields,
      {Spec::FieldDTERate, Spec::FieldCharFormat, Spec::FieldParityType, Spec::FieldDataBits}, 0, "LineCoding"},
-    {0x22, "SetControlLineState", {Spec::FieldPresentStatus, Spec::FieldCarrierActivity, Spec::FieldControlLineReserved},
-     Spec::FieldLength, D::None, {}, 0, nullptr},
+    // The control signals from bit 0 of wValue up: DTR, RTS, reserved bits.
+    {0x22, "SetControlLineState",
+     {Spec::FieldPresentStatus, Spec::FieldCarrierActivity, Spec::FieldControlLineReserved}, Spec::FieldLength,
+     D::None, {}, 0, nullptr},
     {0x23, "SendBreak", {Spec::FieldBreakDuration}, Spec::FieldLength, D::None, {}, 0, nullptr},
     // The ringer configuration from bit 0 up: pattern, volume, reserved bits
     // and the top bit that says whether a ringer exists.
@@ -135,51 +134,9 @@ constexpr std::uint32_t kMulticastAddressBits = 48;
 
 }  // namespace
 
-CCommunicationClassSpec* CCommunicationClassSpec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CCommunicationClassSpec();
-    return ms_pInstance;
-}
-
-void CCommunicationClassSpec::KillInstance()
-{
-    delete ms_pInstance;
-    ms_pInstance = nullptr;
-}
-
 CCommunicationClassSpec::CCommunicationClassSpec()
 {
     InitOptions();
-}
-
-const SSpecFieldAttr* CCommunicationClassSpec::GetDefaultFieldAttr(unsigned short nId) const
-{
-    const SSpecFieldAttr* pAttr = ms_table.Find(nId);
-    return pAttr ? pAttr : CProtocolSpec::GetDefaultFieldAttr(nId);
-}
-
-int CCommunicationClassSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet,
-                                                 int /*nReserved*/)
-{
-    CReqRespProtocolPacket* pPacket = dynamic_cast<CReqRespProtocolPacket*>(&packet);
-    if (!pPacket) {
-        packet.Clean();
-        return 1;
-    }
-    pPacket->Clean();
-    ReadRequestFields(data, *pPacket);
-    return CheckProtocol(*pPacket) == 0 ? 1 : 0;
-}
-
-unsigned long CCommunicationClassSpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                 unsigned short nId, CAdvAnlzData& value, EByteOrder eOrder,
-                                                 unsigned long dwLength)
-{
-    const unsigned char nBefore = packet.GetFieldCount();
-    const unsigned long dwBits = ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, eOrder, dwLength);
-    m_counts.Count(packet, nBefore);
-    return dwBits;
 }
 
 unsigned long CCommunicationClassSpec::ReadRequestFields(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
@@ -188,7 +145,9 @@ unsigned long CCommunicationClassSpec::ReadRequestFields(const CAdvAnlzData& dat
     m_counts.CopyTo(packet);
     if (data.GetByteLength() < 1)
         return 0;
-    CRequestWalk walk = Walk(data, packet);
+    // Every field of a request is read: past the end of the payload it
+    // stands with length 0.
+    CWalk walk = Walk(data, packet, ReadPastEnd);
     walk.Read(FieldRecipient);
     walk.Read(FieldType);
     walk.Read(FieldDirection);
@@ -213,7 +172,7 @@ unsigned long CCommunicationClassSpec::ReadRequestFields(const CAdvAnlzData& dat
     return walk.Consumed();
 }
 
-bool CCommunicationClassSpec::ReadDataStage(CRequestWalk& walk, const SCommRequest& request, std::uint16_t wValue,
+bool CCommunicationClassSpec::ReadDataStage(CWalk& walk, const SCommRequest& request, std::uint16_t wValue,
                                             std::uint16_t wLength)
 {
     switch (request.eData) {
@@ -242,7 +201,7 @@ bool CCommunicationClassSpec::ReadDataStage(CRequestWalk& walk, const SCommReque
     return false;
 }
 
-bool CCommunicationClassSpec::ReadCommFeatureFields(CRequestWalk& walk, std::uint16_t wSelector)
+bool CCommunicationClassSpec::ReadCommFeatureFields(CWalk& walk, std::uint16_t wSelector)
 {
     switch (wSelector & 0xFF) {
     case kAbstractState:
@@ -258,7 +217,7 @@ bool CCommunicationClassSpec::ReadCommFeatureFields(CRequestWalk& walk, std::uin
     }
 }
 
-void CCommunicationClassSpec::ReadLineParamFields(CRequestWalk& walk)
+void CCommunicationClassSpec::ReadLineParamFields(CWalk& walk)
 {
     // The structure's own length says how many call states follow; a part
     // of one counts as a whole.
@@ -277,7 +236,7 @@ void CCommunicationClassSpec::ReadLineParamFields(CRequestWalk& walk)
     }
 }
 
-void CCommunicationClassSpec::ReadPowerManagementFields(CRequestWalk& walk, std::uint16_t wLength)
+void CCommunicationClassSpec::ReadPowerManagementFields(CWalk& walk, std::uint16_t wLength)
 {
     const std::uint16_t wMaskSize = walk.Read(FieldMaskSize);
     walk.Read(FieldMask, wMaskSize * 8u);

@@ -10,14 +10,12 @@
 #include <cstdint>
 
 #include "core/AdvAnlzData.h"
-#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
-#include "core/ProtocolSpec.h"
-#include "usbclass/USBClassCommon.h"
+#include "usbclass/USBClassSpec.h"
 
 struct SCommRequest;
 
-class CCommunicationClassSpec : public CProtocolSpec {
+class CCommunicationClassSpec : public TUSBClassSpec<CCommunicationClassSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CCommunicationClassSpec)
 
 public:
@@ -97,52 +95,35 @@ public:
     static constexpr unsigned short kFirstId = 25000;
     static constexpr unsigned short kFieldCount = 71;
 
-    static CCommunicationClassSpec* GetInstance();
-    static void KillInstance();
     ~CCommunicationClassSpec() override = default;
-
-    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
-    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
-    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
-    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
-    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
-    // Class requests have no rules to check.
-    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
 
     // The walk: bmRequestType and bRequest, then the request's setup fields
     // and its data stage. Sets the packet's counts, names and response flag.
     unsigned long ReadRequestFields(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
 
 private:
-    using CRequestWalk = CFieldCursor<CCommunicationClassSpec>;
+    friend class TUSBClassSpec<CCommunicationClassSpec>;
 
     CCommunicationClassSpec();
     void InitOptions();
 
-    unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                            CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
-    // Every field of a request is read: past the end of the payload it
-    // stands with length 0.
-    CRequestWalk Walk(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+    // The frame's walk is ReadRequestFields.
+    unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
     {
-        return CRequestWalk(*this, &CCommunicationClassSpec::ReadField, ReadPastEnd, data, packet);
+        return ReadRequestFields(data, packet);
     }
-
     // The data stage of a request; false when the request turns out to have
     // none (a comm feature with an unknown selector).
-    bool ReadDataStage(CRequestWalk& walk, const SCommRequest& request, std::uint16_t wValue,
+    bool ReadDataStage(CWalk& walk, const SCommRequest& request, std::uint16_t wValue,
                        std::uint16_t wLength);
-    bool ReadCommFeatureFields(CRequestWalk& walk, std::uint16_t wSelector);
-    void ReadLineParamFields(CRequestWalk& walk);
-    void ReadPowerManagementFields(CRequestWalk& walk, std::uint16_t wLength);
+    bool ReadCommFeatureFields(CWalk& walk, std::uint16_t wSelector);
+    void ReadLineParamFields(CWalk& walk);
+    void ReadPowerManagementFields(CWalk& walk, std::uint16_t wLength);
 
     static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CCommunicationClassSpec* ms_pInstance;
-
-    CSideCounts m_counts;
 };
 
 class CCommunicationClassPacket : public TDecoderPacket<CCommunicationClassSpec> {

@@ -134,26 +134,6 @@ namespace {
 
 // Rows name their option first, then the abbreviation where it differs.
 
-const SOptionRow kDirectionOptions[] = {
-    {0, 0, 0, "Host to device", nullptr},
-    {1, 1, 1, "Device to host", nullptr},
-};
-
-const SOptionRow kTypeOptions[] = {
-    {0, 0, 0, "Standard", nullptr},
-    {1, 1, 1, "Class", nullptr},
-    {2, 2, 2, "Vendor", nullptr},
-    {3, 3, 3, "Reserved", nullptr},
-};
-
-const SOptionRow kRecipientOptions[] = {
-    {0, 0, 0, "Device", nullptr},
-    {1, 1, 1, "Interface", nullptr},
-    {2, 2, 2, "Endpoint", nullptr},
-    {3, 3, 3, "Other", nullptr},
-    {4, 4, 31, "Reserved", nullptr},
-};
-
 // 25003: what each request does, and its name in capitals.
 const SOptionRow kRequestOptions[] = {
     {0x00, 0x00, 0x00, "Issues a command in the format of the supported control protocol.",
@@ -315,7 +295,8 @@ const SOptionRow kPacketPromiscuousOptions[] = {
     {1, 1, 1, "All frames received by the network device are forwarded up to the host.", "forwarded up to host."},
 };
 
-const SOptionRow kPacketAllMulticastOptions[] = {
+// 25054 and 25057.
+const SOptionRow kPacketMulticastOptions[] = {
     {0, 0, 0, "Disbled", "Disabled"},
     {1, 1, 1, "All multicast packets received by the network device are forwarded up to the host.",
      "forwarde up to host."},
@@ -330,12 +311,6 @@ const SOptionRow kPacketDirectedOptions[] = {
 const SOptionRow kPacketBroadcastOptions[] = {
     {0, 0, 0, "Disbled", "Disabled"},
     {1, 1, 1, "All broadcast packets received by the network device are forwarded up to the host.",
-     "forwarde up to host."},
-};
-
-const SOptionRow kPacketMulticastOptions[] = {
-    {0, 0, 0, "Disbled", "Disabled"},
-    {1, 1, 1, "All multicast packets received by the network device are forwarded up to the host.",
      "forwarde up to host."},
 };
 
@@ -426,9 +401,9 @@ const SOptionRow kCarrierActivityOptions[] = {
 
 void CCommunicationClassSpec::InitOptions()
 {
-    AddOptionList(FieldDirection, 1, kDirectionOptions);
-    AddOptionList(FieldType, 2, kTypeOptions);
-    AddOptionList(FieldRecipient, 5, kRecipientOptions);
+    AddOptionList(FieldDirection, 1, kCommunicationDirectionOptions);
+    AddOptionList(FieldType, 2, kCommunicationTypeOptions);
+    AddOptionList(FieldRecipient, 5, kCommunicationRecipientOptions);
     AddOptionList(FieldRequest, 8, kRequestOptions);
     AddOptionList(FieldFeatureSelector, 8, kFeatureSelectorOptions);
     AddOptionList(FieldAuxLineState, 16, kAuxLineStateOptions);
@@ -446,7 +421,7 @@ void CCommunicationClassSpec::InitOptions()
     AddOptionList(FieldLineStateActive, 1, kLineStateActiveOptions);
     AddOptionList(FieldCallStateValue, 8, kCallStateValueOptions);
     AddOptionList(FieldPacketPromiscuous, 1, kPacketPromiscuousOptions);
-    AddOptionList(FieldPacketAllMulticast, 1, kPacketAllMulticastOptions);
+    AddOptionList(FieldPacketAllMulticast, 1, kPacketMulticastOptions);
     AddOptionList(FieldPacketDirected, 1, kPacketDirectedOptions);
     AddOptionList(FieldPacketBroadcast, 1, kPacketBroadcastOptions);
     AddOptionList(FieldPacketMulticast, 1, kPacketMulticastOptions);

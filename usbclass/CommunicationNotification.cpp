@@ -1,11 +1,7 @@
 // The communication notification walk and its notification table.
 #include "usbclass/CommunicationNotification.h"
 
-#include <new>
-
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CCommunicationNotificationSpec, CProtocolSpec)
-
-CCommunicationNotificationSpec* CCommunicationNotificationSpec::ms_pInstance = nullptr;
 
 // How the data part of a notification is read.
 enum class ENotificationData : std::uint8_t {
@@ -70,51 +66,9 @@ enum : std::uint8_t {
 
 }  // namespace
 
-CCommunicationNotificationSpec* CCommunicationNotificationSpec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CCommunicationNotificationSpec();
-    return ms_pInstance;
-}
-
-void CCommunicationNotificationSpec::KillInstance()
-{
-    delete ms_pInstance;
-    ms_pInstance = nullptr;
-}
-
 CCommunicationNotificationSpec::CCommunicationNotificationSpec()
 {
     InitOptions();
-}
-
-const SSpecFieldAttr* CCommunicationNotificationSpec::GetDefaultFieldAttr(unsigned short nId) const
-{
-    const SSpecFieldAttr* pAttr = ms_table.Find(nId);
-    return pAttr ? pAttr : CProtocolSpec::GetDefaultFieldAttr(nId);
-}
-
-int CCommunicationNotificationSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet,
-                                                        int /*nReserved*/)
-{
-    CReqRespProtocolPacket* pPacket = dynamic_cast<CReqRespProtocolPacket*>(&packet);
-    if (!pPacket) {
-        packet.Clean();
-        return 1;
-    }
-    pPacket->Clean();
-    ReadRequestFields(data, *pPacket);
-    return CheckProtocol(*pPacket) == 0 ? 1 : 0;
-}
-
-unsigned long CCommunicationNotificationSpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                                        unsigned short nId, CAdvAnlzData& value, EByteOrder eOrder,
-                                                        unsigned long dwLength)
-{
-    const unsigned char nBefore = packet.GetFieldCount();
-    const unsigned long dwBits = ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, eOrder, dwLength);
-    m_counts.Count(packet, nBefore);
-    return dwBits;
 }
 
 unsigned long CCommunicationNotificationSpec::ReadRequestFields(const CAdvAnlzData& data,
@@ -126,7 +80,7 @@ unsigned long CCommunicationNotificationSpec::ReadRequestFields(const CAdvAnlzDa
         return 0;
     // Every field of a notification is read: past the end of the payload
     // it stands with length 0.
-    CNotificationWalk walk(*this, &CCommunicationNotificationSpec::ReadField, ReadPastEnd, data, packet);
+    CWalk walk = Walk(data, packet, ReadPastEnd);
     walk.Read(FieldRecipient);
     walk.Read(FieldType);
     walk.Read(FieldDirection);
@@ -163,7 +117,7 @@ unsigned long CCommunicationNotificationSpec::ReadRequestFields(const CAdvAnlzDa
     return walk.Consumed();
 }
 
-void CCommunicationNotificationSpec::ReadCallStateChangeFields(CNotificationWalk& walk, std::uint8_t nCallState)
+void CCommunicationNotificationSpec::ReadCallStateChangeFields(CWalk& walk, std::uint8_t nCallState)
 {
     switch (nCallState) {
     case kCallRingback:

@@ -8,14 +8,12 @@
 #include <cstdint>
 
 #include "core/AdvAnlzData.h"
-#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
-#include "core/ProtocolSpec.h"
-#include "usbclass/USBClassCommon.h"
+#include "usbclass/USBClassSpec.h"
 
 struct SCommNotification;
 
-class CCommunicationNotificationSpec : public CProtocolSpec {
+class CCommunicationNotificationSpec : public TUSBClassSpec<CCommunicationNotificationSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CCommunicationNotificationSpec)
 
 public:
@@ -55,17 +53,7 @@ public:
     static constexpr unsigned short kFirstId = 27500;
     static constexpr unsigned short kFieldCount = 31;
 
-    static CCommunicationNotificationSpec* GetInstance();
-    static void KillInstance();
     ~CCommunicationNotificationSpec() override = default;
-
-    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
-    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
-    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
-    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
-    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
-    // Notifications have no rules to check.
-    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
 
     // The walk: bmRequestType and bNotification, then the notification's
     // setup fields and its data part. Sets the packet's counts, names and
@@ -73,23 +61,23 @@ public:
     unsigned long ReadRequestFields(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
 
 private:
-    using CNotificationWalk = CFieldCursor<CCommunicationNotificationSpec>;
+    friend class TUSBClassSpec<CCommunicationNotificationSpec>;
 
     CCommunicationNotificationSpec();
     void InitOptions();
 
-    unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                            CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
+    // The frame's walk is ReadRequestFields.
+    unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
+    {
+        return ReadRequestFields(data, packet);
+    }
     // The data part of a call state change, by the call state change value.
-    void ReadCallStateChangeFields(CNotificationWalk& walk, std::uint8_t nCallState);
+    void ReadCallStateChangeFields(CWalk& walk, std::uint8_t nCallState);
 
     static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CCommunicationNotificationSpec* ms_pInstance;
-
-    CSideCounts m_counts;
 };
 
 class CCommunicationNotificationPacket : public TDecoderPacket<CCommunicationNotificationSpec> {

@@ -60,26 +60,6 @@ namespace {
 
 // Rows name their option first, then the abbreviation where it differs.
 
-const SOptionRow kDirectionOptions[] = {
-    {0, 0, 0, "Host to device", nullptr},
-    {1, 1, 1, "Device to host", nullptr},
-};
-
-const SOptionRow kTypeOptions[] = {
-    {0, 0, 0, "Standard", nullptr},
-    {1, 1, 1, "Class", nullptr},
-    {2, 2, 2, "Vendor", nullptr},
-    {3, 3, 3, "Reserved", nullptr},
-};
-
-const SOptionRow kRecipientOptions[] = {
-    {0, 0, 0, "Device", nullptr},
-    {1, 1, 1, "Interface", nullptr},
-    {2, 2, 2, "Endpoint", nullptr},
-    {3, 3, 3, "Other", nullptr},
-    {4, 4, 31, "Reserved", nullptr},
-};
-
 // 27503: what each notification tells, and its name in capitals.
 const SOptionRow kNotificationOptions[] = {
     {0x00, 0x00, 0x00, "Notifies the host about network connection status.", "NETWORK_CONNECTION"},
@@ -159,9 +139,9 @@ const SOptionRow kRingingPatternOptions[] = {
 
 void CCommunicationNotificationSpec::InitOptions()
 {
-    AddOptionList(FieldDirection, 1, kDirectionOptions);
-    AddOptionList(FieldType, 2, kTypeOptions);
-    AddOptionList(FieldRecipient, 5, kRecipientOptions);
+    AddOptionList(FieldDirection, 1, kCommunicationDirectionOptions);
+    AddOptionList(FieldType, 2, kCommunicationTypeOptions);
+    AddOptionList(FieldRecipient, 5, kCommunicationRecipientOptions);
     AddOptionList(FieldNotification, 8, kNotificationOptions);
     AddOptionList(FieldCallStateChange, 8, kCallStateChangeOptions);
     AddOptionList(FieldLineStateChange, 16, kLineStateChangeOptions);

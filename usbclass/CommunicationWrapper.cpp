@@ -2,11 +2,8 @@
 #include "usbclass/CommunicationWrapper.h"
 
 #include <cstdint>
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CCommunicationWrapperSpec, CProtocolSpec)
-
-CCommunicationWrapperSpec* CCommunicationWrapperSpec::ms_pInstance = nullptr;
 
 using Spec = CCommunicationWrapperSpec;
 
@@ -29,51 +26,11 @@ constexpr std::uint16_t kHeaderBytes = 4;
 
 }  // namespace
 
-CCommunicationWrapperSpec* CCommunicationWrapperSpec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CCommunicationWrapperSpec();
-    return ms_pInstance;
-}
-
-void CCommunicationWrapperSpec::KillInstance()
-{
-    delete ms_pInstance;
-    ms_pInstance = nullptr;
-}
-
-const SSpecFieldAttr* CCommunicationWrapperSpec::GetDefaultFieldAttr(unsigned short nId) const
-{
-    const SSpecFieldAttr* pAttr = ms_table.Find(nId);
-    return pAttr ? pAttr : CProtocolSpec::GetDefaultFieldAttr(nId);
-}
-
-int CCommunicationWrapperSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet,
-                                                   int /*nReserved*/)
-{
-    CReqRespProtocolPacket* pPacket = dynamic_cast<CReqRespProtocolPacket*>(&packet);
-    if (!pPacket) {
-        packet.Clean();
-        return 1;
-    }
-    m_counts.Reset();
-    pPacket->Clean();
-    ReadElements(data, *pPacket);
-    const unsigned char nFindings = CheckProtocol(*pPacket);
-    m_counts.CopyTo(*pPacket);
-    pPacket->m_bHasResponse = 0;
-    return nFindings == 0 ? 1 : 0;
-}
-
 unsigned long CCommunicationWrapperSpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
                                                    unsigned short nId, CAdvAnlzData& value, EByteOrder /*eOrder*/,
                                                    unsigned long dwLength)
 {
-    const unsigned char nBefore = packet.GetFieldCount();
-    const unsigned long dwBits =
-        ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, ByteOrderReversed, dwLength);
-    m_counts.Count(packet, nBefore);
-    return dwBits;
+    return TUSBClassSpec::ReadField(data, packet, nId, value, ByteOrderReversed, dwLength);
 }
 
 unsigned long CCommunicationWrapperSpec::ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
@@ -81,8 +38,7 @@ unsigned long CCommunicationWrapperSpec::ReadElements(const CAdvAnlzData& data, 
     if (data.GetByteLength() < 1)
         return 0;
     packet.SetRequestName("CommunicationWrapper");
-    CFieldCursor<CCommunicationWrapperSpec> walk(*this, &CCommunicationWrapperSpec::ReadField, StopWhenEmpty, data,
-                                                 packet);
+    CWalk walk = Walk(data, packet, StopWhenEmpty);
     // The size arrives high byte first; the turn-around makes it a number.
     const std::uint16_t wSize = walk.Read(FieldSize);
     const std::uint16_t wDataBytes = wSize > kHeaderBytes ? static_cast<std::uint16_t>(wSize - kHeaderBytes) : 0;

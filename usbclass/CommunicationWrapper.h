@@ -6,12 +6,10 @@
 #include <array>
 
 #include "core/AdvAnlzData.h"
-#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
-#include "core/ProtocolSpec.h"
-#include "usbclass/USBClassCommon.h"
+#include "usbclass/USBClassSpec.h"
 
-class CCommunicationWrapperSpec : public CProtocolSpec {
+class CCommunicationWrapperSpec : public TUSBClassSpec<CCommunicationWrapperSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CCommunicationWrapperSpec)
 
 public:
@@ -24,19 +22,11 @@ public:
     static constexpr unsigned short kFirstId = 24000;
     static constexpr unsigned short kFieldCount = 4;
 
-    static CCommunicationWrapperSpec* GetInstance();
-    static void KillInstance();
     ~CCommunicationWrapperSpec() override = default;
 
-    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
-    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
-    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
-    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
-    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
-    // The wrapper has no rules to check.
-    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
-
 private:
+    friend class TUSBClassSpec<CCommunicationWrapperSpec>;
+
     CCommunicationWrapperSpec() = default;
 
     unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
@@ -48,9 +38,6 @@ private:
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CCommunicationWrapperSpec* ms_pInstance;
-
-    CSideCounts m_counts;
 };
 
 class CCommunicationWrapperPacket : public TDecoderPacket<CCommunicationWrapperSpec> {

@@ -2,11 +2,7 @@
 // request, chosen by bRequest and the recipient.
 #include "usbclass/HubClass.h"
 
-#include <new>
-
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CHubClassSpec, CProtocolSpec)
-
-CHubClassSpec* CHubClassSpec::ms_pInstance = nullptr;
 
 namespace {
 
@@ -42,62 +38,17 @@ const char* const kPlainRequestNames[kLastRequest + 1] = {
 
 }  // namespace
 
-CHubClassSpec* CHubClassSpec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CHubClassSpec();
-    return ms_pInstance;
-}
-
-void CHubClassSpec::KillInstance()
-{
-    delete ms_pInstance;
-    ms_pInstance = nullptr;
-}
-
 CHubClassSpec::CHubClassSpec()
 {
     SetReferenceStrings(RefCompareName);
     InitOptions();
 }
 
-const SSpecFieldAttr* CHubClassSpec::GetDefaultFieldAttr(unsigned short nId) const
-{
-    const SSpecFieldAttr* pAttr = ms_table.Find(nId);
-    return pAttr ? pAttr : CProtocolSpec::GetDefaultFieldAttr(nId);
-}
-
-int CHubClassSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int /*nReserved*/)
-{
-    CReqRespProtocolPacket* pPacket = dynamic_cast<CReqRespProtocolPacket*>(&packet);
-    if (!pPacket) {
-        packet.Clean();
-        return 1;
-    }
-    m_counts.Reset();
-    pPacket->Clean();
-    ReadElements(data, *pPacket);
-    const unsigned char nFindings = CheckProtocol(*pPacket);
-    // The walk has set the response flag; only the counts are copied.
-    m_counts.CopyTo(*pPacket);
-    return nFindings == 0 ? 1 : 0;
-}
-
-unsigned long CHubClassSpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                       unsigned short nId, CAdvAnlzData& value, EByteOrder eOrder,
-                                       unsigned long dwLength)
-{
-    const unsigned char nBefore = packet.GetFieldCount();
-    const unsigned long dwBits = ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, eOrder, dwLength);
-    m_counts.Count(packet, nBefore);
-    return dwBits;
-}
-
 unsigned long CHubClassSpec::ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
     if (data.GetByteLength() < 1)
         return 0;
-    CHubWalk walk = Walk(data, packet);
+    CWalk walk = Walk(data, packet, ReadPastEnd);
     const std::uint8_t nRecipient = walk.Read(FieldRecipient);
     if (!walk.More() || !walk.ReadOn(FieldType) || !walk.ReadOn(FieldDirection))
         return walk.Consumed();
@@ -168,7 +119,7 @@ unsigned long CHubClassSpec::ReadElements(const CAdvAnlzData& data, CReqRespProt
     return walk.Consumed();
 }
 
-void CHubClassSpec::ReadGetStatus(CHubWalk& walk, std::uint8_t nRecipient)
+void CHubClassSpec::ReadGetStatus(CWalk& walk, std::uint8_t nRecipient)
 {
     CReqRespProtocolPacket& packet = walk.Packet();
     packet.SetRequestName("Get Status");
@@ -190,7 +141,7 @@ void CHubClassSpec::ReadGetStatus(CHubWalk& walk, std::uint8_t nRecipient)
     }
 }
 
-void CHubClassSpec::ReadClearTTBuffer(CHubWalk& walk, std::uint8_t nRecipient)
+void CHubClassSpec::ReadClearTTBuffer(CWalk& walk, std::uint8_t nRecipient)
 {
     CReqRespProtocolPacket& packet = walk.Packet();
     packet.SetRequestName("Clear TT Buffer");
@@ -211,7 +162,7 @@ void CHubClassSpec::ReadClearTTBuffer(CHubWalk& walk, std::uint8_t nRecipient)
         walk.ReadList({FieldIndex, FieldLength});
 }
 
-void CHubClassSpec::ReadHubDescriptor(CHubWalk& walk)
+void CHubClassSpec::ReadHubDescriptor(CWalk& walk)
 {
     m_counts.BeginResponse();
     if (!walk.ReadList({FieldDescLength, FieldDescriptorType}))
@@ -229,7 +180,7 @@ void CHubClassSpec::ReadHubDescriptor(CHubWalk& walk)
         ReadPortBitmap(walk, FieldPortPwrCtrlMask, FieldPortPwrCtrlMaskReserved, nPorts, m_powerMaskNames);
 }
 
-bool CHubClassSpec::ReadPortBitmap(CHubWalk& walk, unsigned short nBitId, unsigned short nPadId,
+bool CHubClassSpec::ReadPortBitmap(CWalk& walk, unsigned short nBitId, unsigned short nPadId,
                                    std::uint8_t nPorts, CNumberedNames& names)
 {
     walk.Read(nPadId, 1);

@@ -8,12 +8,10 @@
 #include <cstdint>
 
 #include "core/AdvAnlzData.h"
-#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
-#include "core/ProtocolSpec.h"
-#include "usbclass/USBClassCommon.h"
+#include "usbclass/USBClassSpec.h"
 
-class CHubClassSpec : public CProtocolSpec {
+class CHubClassSpec : public TUSBClassSpec<CHubClassSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CHubClassSpec)
 
 public:
@@ -83,55 +81,37 @@ public:
     static constexpr unsigned short kFirstId = 23000;
     static constexpr unsigned short kFieldCount = 57;
 
-    static CHubClassSpec* GetInstance();
-    static void KillInstance();
     ~CHubClassSpec() override = default;
-
-    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
-    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
-    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
-    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
-    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
-    // The hub decoder raises no protocol error.
-    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
 
     // The strict interning: records of equal numbers but different names
     // stay apart, since the descriptor's port bits are named per port.
     const SSpecFieldAttr* GetFieldReference(const SSpecFieldAttr& attr) { return InternFieldAttr(attr); }
 
 private:
-    using CHubWalk = CFieldCursor<CHubClassSpec>;
+    friend class TUSBClassSpec<CHubClassSpec>;
 
     CHubClassSpec();
     void InitOptions();
 
-    unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                            CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
     // Every field is added, past the end of the data with length 0; the
     // walk tests what is left where the request's path says so.
-    CHubWalk Walk(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
-    {
-        return CHubWalk(*this, &CHubClassSpec::ReadField, ReadPastEnd, data, packet);
-    }
+    unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
 
     // The paths behind bRequest.
-    void ReadGetStatus(CHubWalk& walk, std::uint8_t nRecipient);
-    void ReadClearTTBuffer(CHubWalk& walk, std::uint8_t nRecipient);
+    void ReadGetStatus(CWalk& walk, std::uint8_t nRecipient);
+    void ReadClearTTBuffer(CWalk& walk, std::uint8_t nRecipient);
     // The hub descriptor of a Get or Set Descriptor data stage.
-    void ReadHubDescriptor(CHubWalk& walk);
+    void ReadHubDescriptor(CWalk& walk);
     // One bit per port, each instance named from pNames, behind the
     // reserved bit of a bit map, then the pad to the byte boundary.
-    bool ReadPortBitmap(CHubWalk& walk, unsigned short nBitId, unsigned short nPadId, std::uint8_t nPorts,
+    bool ReadPortBitmap(CWalk& walk, unsigned short nBitId, unsigned short nPadId, std::uint8_t nPorts,
                         CNumberedNames& names);
 
     static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CHubClassSpec* ms_pInstance;
 
-    CSideCounts m_counts;
     CNumberedNames m_removableNames{"Device Removable-Port%d"};
     CNumberedNames m_powerMaskNames{"Port Pwr Ctrl Mask-Port%d"};
 };

@@ -1,11 +1,7 @@
 // The hub's status change bit map, with its catalogue and options.
 #include "usbclass/HubNotification.h"
 
-#include <new>
-
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CHubNotificationSpec, CProtocolSpec)
-
-CHubNotificationSpec* CHubNotificationSpec::ms_pInstance = nullptr;
 
 using Spec = CHubNotificationSpec;
 
@@ -33,19 +29,6 @@ const SOptionRow kPortStatusOptions[] = {
 
 }  // namespace
 
-CHubNotificationSpec* CHubNotificationSpec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CHubNotificationSpec();
-    return ms_pInstance;
-}
-
-void CHubNotificationSpec::KillInstance()
-{
-    delete ms_pInstance;
-    ms_pInstance = nullptr;
-}
-
 CHubNotificationSpec::CHubNotificationSpec()
 {
     SetReferenceStrings(RefCompareName);
@@ -58,39 +41,6 @@ void CHubNotificationSpec::InitOptions()
     AddOptionList(FieldPortStatus, 1, kPortStatusOptions);
 }
 
-const SSpecFieldAttr* CHubNotificationSpec::GetDefaultFieldAttr(unsigned short nId) const
-{
-    const SSpecFieldAttr* pAttr = ms_table.Find(nId);
-    return pAttr ? pAttr : CProtocolSpec::GetDefaultFieldAttr(nId);
-}
-
-int CHubNotificationSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet,
-                                              int /*nReserved*/)
-{
-    CReqRespProtocolPacket* pPacket = dynamic_cast<CReqRespProtocolPacket*>(&packet);
-    if (!pPacket) {
-        packet.Clean();
-        return 1;
-    }
-    m_counts.Reset();
-    pPacket->Clean();
-    ReadElements(data, *pPacket);
-    const unsigned char nFindings = CheckProtocol(*pPacket);
-    // A notification has no response side: the flag stays as Clean left it.
-    m_counts.CopyTo(*pPacket);
-    return nFindings == 0 ? 1 : 0;
-}
-
-unsigned long CHubNotificationSpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                              unsigned short nId, CAdvAnlzData& value, EByteOrder eOrder,
-                                              unsigned long dwLength)
-{
-    const unsigned char nBefore = packet.GetFieldCount();
-    const unsigned long dwBits = ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, eOrder, dwLength);
-    m_counts.Count(packet, nBefore);
-    return dwBits;
-}
-
 unsigned long CHubNotificationSpec::ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
     const std::uint32_t nBytes = data.GetByteLength();
@@ -98,7 +48,7 @@ unsigned long CHubNotificationSpec::ReadElements(const CAdvAnlzData& data, CReqR
         return 0;
     const std::uint32_t nLimit = 8 * nBytes;
     packet.SetRequestName("HUB_CHANGED_STATUS");
-    CBitmapWalk walk(*this, &CHubNotificationSpec::ReadField, StopWhenEmpty, data, packet);
+    CWalk walk = Walk(data, packet, StopWhenEmpty);
     if (!walk.ReadOn(FieldHubStatus))
         return walk.Consumed();
     // One bit per port up to the end of the payload: the hub's real port

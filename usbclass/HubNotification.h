@@ -5,12 +5,10 @@
 #include <array>
 
 #include "core/AdvAnlzData.h"
-#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
-#include "core/ProtocolSpec.h"
-#include "usbclass/USBClassCommon.h"
+#include "usbclass/USBClassSpec.h"
 
-class CHubNotificationSpec : public CProtocolSpec {
+class CHubNotificationSpec : public TUSBClassSpec<CHubNotificationSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CHubNotificationSpec)
 
 public:
@@ -21,38 +19,25 @@ public:
     static constexpr unsigned short kFirstId = 23500;
     static constexpr unsigned short kFieldCount = 2;
 
-    static CHubNotificationSpec* GetInstance();
-    static void KillInstance();
     ~CHubNotificationSpec() override = default;
-
-    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
-    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
-    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
-    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
-    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
-    // A status change bit map has no rules to check.
-    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
 
     // The strict interning: each port's bit has a name of its own.
     const SSpecFieldAttr* GetFieldReference(const SSpecFieldAttr& attr) { return InternFieldAttr(attr); }
 
 private:
-    using CBitmapWalk = CFieldCursor<CHubNotificationSpec>;
+    friend class TUSBClassSpec<CHubNotificationSpec>;
 
     CHubNotificationSpec();
     void InitOptions();
 
+    // A notification has no response side: the flag stays as Clean left it.
     unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                            CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
 
     static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CHubNotificationSpec* ms_pInstance;
 
-    CSideCounts m_counts;
     CNumberedNames m_portNames{"Status of port%d"};
 };
 

@@ -2,11 +2,8 @@
 #include "usbclass/PrinterClass.h"
 
 #include <cstdint>
-#include <new>
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CPrinterClassSpec, CProtocolSpec)
-
-CPrinterClassSpec* CPrinterClassSpec::ms_pInstance = nullptr;
 
 namespace {
 
@@ -19,54 +16,9 @@ enum : std::uint8_t {
 
 }  // namespace
 
-CPrinterClassSpec* CPrinterClassSpec::GetInstance()
-{
-    if (!ms_pInstance)
-        ms_pInstance = new (std::nothrow) CPrinterClassSpec();
-    return ms_pInstance;
-}
-
-void CPrinterClassSpec::KillInstance()
-{
-    delete ms_pInstance;
-    ms_pInstance = nullptr;
-}
-
 CPrinterClassSpec::CPrinterClassSpec()
 {
     InitOptions();
-}
-
-const SSpecFieldAttr* CPrinterClassSpec::GetDefaultFieldAttr(unsigned short nId) const
-{
-    const SSpecFieldAttr* pAttr = ms_table.Find(nId);
-    return pAttr ? pAttr : CProtocolSpec::GetDefaultFieldAttr(nId);
-}
-
-int CPrinterClassSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int /*nReserved*/)
-{
-    CReqRespProtocolPacket* pPacket = dynamic_cast<CReqRespProtocolPacket*>(&packet);
-    if (!pPacket) {
-        packet.Clean();
-        return 1;
-    }
-    m_counts.Reset();
-    pPacket->Clean();
-    ReadElements(data, *pPacket);
-    const unsigned char nFindings = CheckProtocol(*pPacket);
-    // The walk has set the response flag; only the counts are copied.
-    m_counts.CopyTo(*pPacket);
-    return nFindings == 0 ? 1 : 0;
-}
-
-unsigned long CPrinterClassSpec::ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet,
-                                           unsigned short nId, CAdvAnlzData& value, EByteOrder eOrder,
-                                           unsigned long dwLength)
-{
-    const unsigned char nBefore = packet.GetFieldCount();
-    const unsigned long dwBits = ReadFieldWith(data, packet, nId, GetDefaultFieldAttr(nId), value, eOrder, dwLength);
-    m_counts.Count(packet, nBefore);
-    return dwBits;
 }
 
 unsigned long CPrinterClassSpec::ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
@@ -74,7 +26,7 @@ unsigned long CPrinterClassSpec::ReadElements(const CAdvAnlzData& data, CReqResp
     if (data.GetByteLength() < 1)
         return 0;
     // Nothing is read once the payload is used up.
-    CFieldCursor<CPrinterClassSpec> walk(*this, &CPrinterClassSpec::ReadField, StopWhenEmpty, data, packet);
+    CWalk walk = Walk(data, packet, StopWhenEmpty);
     if (!walk.ReadList({FieldRecipient, FieldType, FieldDirection}))
         return walk.Consumed();
     const std::uint8_t nRequest = walk.Read(FieldRequest);

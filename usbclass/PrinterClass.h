@@ -7,12 +7,10 @@
 #include <array>
 
 #include "core/AdvAnlzData.h"
-#include "core/FieldCursor.h"
 #include "core/ProtocolPacket.h"
-#include "core/ProtocolSpec.h"
-#include "usbclass/USBClassCommon.h"
+#include "usbclass/USBClassSpec.h"
 
-class CPrinterClassSpec : public CProtocolSpec {
+class CPrinterClassSpec : public TUSBClassSpec<CPrinterClassSpec> {
     BUSDECODE_DECLARE_RUNTIME_CLASS(CPrinterClassSpec)
 
 public:
@@ -34,33 +32,20 @@ public:
     static constexpr unsigned short kFirstId = 22500;
     static constexpr unsigned short kFieldCount = 13;
 
-    static CPrinterClassSpec* GetInstance();
-    static void KillInstance();
     ~CPrinterClassSpec() override = default;
 
-    int InterpretPacketData(const CAdvAnlzData& data, CProtocolPacket& packet, int nReserved) override;
-    const SSpecFieldAttr* GetDefaultFieldAttr(unsigned short nId) const override;
-    unsigned short GetNumberOfLayerFields() const override { return kFieldCount; }
-    unsigned short GetLayerFieldId(int nIndex) const override { return ms_table.LayerFieldId(nIndex); }
-    CString GetLayerFieldName(unsigned short nId) override { return ms_table.LayerFieldName(nId); }
-    // Printer class requests have no rules to check.
-    unsigned char CheckProtocol(CReqRespProtocolPacket&) const { return 0; }
-
 private:
+    friend class TUSBClassSpec<CPrinterClassSpec>;
+
     CPrinterClassSpec();
     void InitOptions();
 
     unsigned long ReadElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
-    unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
-                            CAdvAnlzData& value, EByteOrder eOrder, unsigned long dwLength);
 
     static const SSpecFieldAttr ms_aDefaultFieldsAttr[kFieldCount];
     static const std::array<CString, kFieldCount> ms_aFieldNames;
     static const std::array<short, kFieldCount> ms_aFieldIds;
     static const SFieldTable ms_table;
-    static CPrinterClassSpec* ms_pInstance;
-
-    CSideCounts m_counts;
 };
 
 class CPrinterClassPacket : public TDecoderPacket<CPrinterClassSpec> {
