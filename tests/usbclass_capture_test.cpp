@@ -235,8 +235,9 @@ TEST_P(HubCapture, EveryHubRequestAndStatusChangeDecodesWhole)
             ASSERT_GE(t.aData.size(), 3u);
             if (t.aData[1] == 0x29) {
                 // A root hub may return more than the descriptor's own length.
+                const std::size_t nLength = std::min<std::size_t>(t.aData[0], t.aData.size());
                 EXPECT_TRUE(EveryBitInAField(
-                    packet, Payload(t.aSetup, std::vector<std::uint8_t>(t.aData.begin(), t.aData.begin() + std::min<std::size_t>(t.aData[0], t.aData.size())))));
+                    packet, Payload(t.aSetup, std::vector<std::uint8_t>(t.aData.begin(), t.aData.begin() + nLength))));
                 CByteArray aIndexes;
                 packet.GetFieldIndex(23052, aIndexes);
                 ASSERT_EQ(aIndexes.GetSize(), t.aData[2]);
