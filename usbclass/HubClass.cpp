@@ -13,19 +13,15 @@ enum : std::uint8_t {
     kRecipientPort = 3,  // "other": a port of the hub
 };
 
-// Hub class requests.
+// Hub class requests with paths of their own, and the last code of the
+// table (a second Set Feature).
 enum : std::uint8_t {
     kGetStatus = 0,
     kClearFeature = 1,
-    kReservedForGetState = 2,
-    kSetFeature = 3,
-    kReservedForFeature = 4,
     kGetDescriptor = 6,
     kSetDescriptor = 7,
     kClearTTBuffer = 8,
-    kResetTT = 9,
     kGetTTState = 10,
-    kStopTT = 11,
     kLastRequest = 12,
 };
 
@@ -54,7 +50,7 @@ unsigned long CHubClassSpec::ReadElements(const CAdvAnlzData& data, CReqRespProt
         return walk.Consumed();
     // No test behind bRequest: some paths read the feature selector even
     // when the payload ends here, as a field of no bits.
-    std::uint8_t nRequest = walk.Read(FieldRequest);
+    const std::uint8_t nRequest = walk.Read(FieldRequest);
 
     if (nRequest > kLastRequest) {
         // Codes above the table go by their low six bits: those that fall
