@@ -175,8 +175,6 @@ INSTANTIATE_TEST_SUITE_P(
         // The setup alone: the data fields stand with no bits.
         SDataCase{"GetLineCodingSetupOnly", "a1 21 0000 0000 0700",
                   {{25024, 0, ""}, {25025, 0, ""}, {25026, 0, ""}, {25027, 0, ""}}, 1},
-        SDataCase{"CommFeatureAbstractState", "a1 03 0100 0000 0200 0300",
-                  {{25020, 1, "01"}, {25021, 1, "01"}, {25022, 14, "0000"}}, 1},
         SDataCase{"CommFeatureUnknownSelector", "a1 03 0300 0000 0200 0300", {}, 0},
         // Only the low byte of the selector counts.
         SDataCase{"CommFeatureSelectorHighByte", "a1 03 0201 0000 0200 3101", {{25023, 16, "3101"}}, 1},
@@ -188,10 +186,6 @@ INSTANTIATE_TEST_SUITE_P(
         SDataCase{"EncapsulatedCommandLengthZero", "21 00 0000 0000 0000 41 54", {{25014, 8, "41"}}, 1},
         // 0x8000 and above is a negative length: the field takes the rest.
         SDataCase{"EncapsulatedCommandLength8000", "21 00 0000 0000 0080 010203", {{25014, 24, "010203"}}, 1},
-        SDataCase{"LineParmsLength10", "a1 35 0000 0000 0a00 0a00 01000000 02000080",
-                  {{25031, 16, "0a00"}, {25032, 32, "01000000"}, {25035, 8, "02"}, {25036, 23, "000000"},
-                   {25037, 1, "01"}},
-                  1},
         // 14 bytes: one call state; 15: a part of a second counts as a whole.
         SDataCase{"LineParmsLength14", "a1 35 0000 0000 0e00 0e00 00000000 00000000 05010080",
                   {{25031, 16, "0e00"}, {25032, 32, "00000000"}, {25035, 8, "00"}, {25036, 23, "000000"},
