@@ -83,10 +83,8 @@ public:
         }
         const unsigned long dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, ByteOrderAsStored,
                                                                dwLength);
-        CByteArray aIndexes;
-        m_packet.GetFieldIndex(nId, aIndexes);
-        if (nOccurrence < static_cast<unsigned>(aIndexes.GetSize()))
-            m_spec.RenameFieldInstance(m_packet, aIndexes[static_cast<int>(nOccurrence)], pName, pAbbr, pDesc);
+        if (const unsigned char nIndex = IndexOfOccurrence(nId, nOccurrence))
+            m_spec.RenameFieldInstance(m_packet, nIndex, pName, pAbbr, pDesc);
         Drop(static_cast<std::uint32_t>(dwBits));
         return m_value;
     }
@@ -121,6 +119,30 @@ public:
     TSpec& Spec() noexcept { return m_spec; }
 
 private:
+    // The index of the nOccurrence-th field of nId in the packet (from 0),
+    // as GetFieldIndex would list it, or 0. A walk renames occurrence after
+    // occurrence and only ever appends fields, so the search goes on from the
+    // occurrence found last instead of from the front, and builds no list.
+    unsigned char IndexOfOccurrence(unsigned short nId, unsigned nOccurrence) noexcept
+    {
+        unsigned i = 1;
+        unsigned nSkip = nOccurrence;
+        if (m_nFoundIndex != 0 && m_nFoundId == nId && nOccurrence > m_nFoundOccurrence) {
+            i = m_nFoundIndex + 1u;
+            nSkip = nOccurrence - m_nFoundOccurrence - 1;
+        }
+        for (; i <= m_packet.GetFieldCount(); ++i) {
+            const SSpecFieldAttr* pAttr = m_packet.GetFieldAttr(static_cast<unsigned char>(i));
+            if (pAttr && pAttr->m_nId == nId && nSkip-- == 0) {
+                m_nFoundId = nId;
+                m_nFoundOccurrence = nOccurrence;
+                m_nFoundIndex = static_cast<unsigned char>(i);
+                return m_nFoundIndex;
+            }
+        }
+        return 0;
+    }
+
     TSpec& m_spec;
     ReadFieldFn m_pfnReadField;
     EStopRule m_eRule;
@@ -128,4 +150,8 @@ private:
     TPacket& m_packet;
     CAdvAnlzData m_value;
     unsigned long m_dwConsumed = 0;
+    // The occurrence that IndexOfOccurrence found last.
+    unsigned short m_nFoundId = 0;
+    unsigned m_nFoundOccurrence = 0;
+    unsigned char m_nFoundIndex = 0;
 };

@@ -12,6 +12,12 @@
 #include "storage/MassStorageBulkOnlyWrapper.h"
 #include "storage/RBCProtocol.h"
 #include "storage/SCSIProtocol.h"
+#include "usbclass/CommunicationClass.h"
+#include "usbclass/CommunicationNotification.h"
+#include "usbclass/CommunicationWrapper.h"
+#include "usbclass/HubClass.h"
+#include "usbclass/HubNotification.h"
+#include "usbclass/PrinterClass.h"
 
 namespace {
 
@@ -55,6 +61,14 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
         MakeDecoderEntry<CSCSIProtocolSpec, CSCSIProtocolPacket>("CSCSIProtocolSpec", "scsi"),
         MakeDecoderEntry<CATAPISpec, CATAPIPacket>("CATAPISpec", "atapi"),
         MakeDecoderEntry<CRBCProtocolSpec, CRBCProtocolPacket>("CRBCProtocolSpec", "rbc"),
+        MakeDecoderEntry<CHubClassSpec, CHubClassPacket>("CHubClassSpec", "hub"),
+        MakeDecoderEntry<CHubNotificationSpec, CHubNotificationPacket>("CHubNotificationSpec", "hub-notification"),
+        MakeDecoderEntry<CCommunicationClassSpec, CCommunicationClassPacket>("CCommunicationClassSpec", "cdc"),
+        MakeDecoderEntry<CCommunicationNotificationSpec, CCommunicationNotificationPacket>(
+            "CCommunicationNotificationSpec", "cdc-notification"),
+        MakeDecoderEntry<CCommunicationWrapperSpec, CCommunicationWrapperPacket>("CCommunicationWrapperSpec",
+                                                                                 "cdc-wrapper"),
+        MakeDecoderEntry<CPrinterClassSpec, CPrinterClassPacket>("CPrinterClassSpec", "printer"),
         // HCI packets need their kind, which the bytes cannot tell, and show
         // the id of the field that holds a command's OCF.
         SDecoderEntry{

@@ -113,6 +113,26 @@ TEST(FieldCursor, RenamesTheChosenOccurrenceOnly)
     EXPECT_EQ(packet.GetFieldCount(), 3);
 }
 
+TEST(FieldCursor, RenamesOccurrencesInAnyOrder)
+{
+    // The search for an occurrence goes on from the one found last; going
+    // back to an earlier one, or to another id, starts from the front again.
+    CCursorSpec spec;
+    CReqRespProtocolPacket packet(&spec);
+    CCursorSpec::CWalk walk(spec, &CCursorSpec::ReadField, StopWhenEmpty, Hex("0102030405"), packet);
+    const CString aNames[] = {"Kind-0", "Kind-1", "Kind-2", "Flags-0"};
+    walk.Read(CCursorSpec::kKind);
+    walk.Read(CCursorSpec::kKind);
+    walk.ReadRenamed(CCursorSpec::kKind, 2, &aNames[2], nullptr, nullptr);
+    walk.ReadRenamed(CCursorSpec::kKind, 0, &aNames[0], nullptr, nullptr);
+    walk.ReadRenamed(CCursorSpec::kFlags, 0, &aNames[3], nullptr, nullptr, 4);
+    walk.ReadRenamed(CCursorSpec::kKind, 1, &aNames[1], nullptr, nullptr, 4);
+    ASSERT_EQ(packet.GetFieldCount(), 6);
+    const char* aExpected[] = {"Kind-0", "Kind-1", "Kind-2", "Kind", "Flags-0", "Kind"};
+    for (unsigned char i = 1; i <= 6; ++i)
+        EXPECT_EQ(packet.GetFieldName(i).ToStdString(), aExpected[i - 1]) << "field " << int(i);
+}
+
 TEST(FieldCursor, PeekAndDropTakeBitsByHand)
 {
     CCursorSpec spec;
