@@ -63,6 +63,7 @@ void CDecodedBatch::Add(const SDecoderEntry& entry, const CProtocolPacket& packe
         f.dwLength = value.GetLength();
         f.value = AddValue(value);
         if (pAttr) {
+            f.pRecord = pAttr;
             f.name = AddText(pAttr->m_strName);
             f.abbr = AddText(pAttr->m_strAbbr);
             f.dwOffset = pAttr->m_dwOffset;

@@ -22,6 +22,7 @@ struct SBytesRef {
 };
 
 struct SDecodedField {
+    const void* pRecord = nullptr;  // the bound record, for telling records apart quickly
     unsigned short nId = 0;
     std::uint32_t dwOffset = 0;
     std::uint32_t dwLength = 0;        // the value's length in bits

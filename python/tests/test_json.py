@@ -71,3 +71,28 @@ def test_payload_types_give_the_same_packet():
     assert decoder.decode_many([bytearray(payload), memoryview(payload)]) == [expected, expected]
 
 
+
+
+def test_packet_class_keys_of_every_kind():
+    # No decoder adds every kind of key yet, so the keys are handed in: they
+    # come out as the tool writes them, after the fields, a key the packet
+    # has already keeping its place, texts that are not UTF-8 as U+FFFD.
+    cbw = read_payloads(sample_files()[0])[0]
+    plain = busdecode.decode("bot", cbw)
+    got = busdecode._decode_with_extras("bot", cbw, [
+        ("count", 7),
+        ("negative", -(2**40)),
+        ("ids", [1, 27005, -3]),
+        ("none", []),
+        ("items", [(b"  Usage Page (Generic Desktop)", b"\x05\x01"),
+                   (b"bad \xff\xfe text \xe2\x82", b""),
+                   (b"long", bytes(range(20)))]),
+        ("result", 99),
+    ])
+    assert got == dict(plain, count=7, negative=-(2**40), ids=[1, 27005, -3], none=[], result=99, items=[
+        {"text": "  Usage Page (Generic Desktop)", "value": "0501"},
+        {"text": "bad \ufffd\ufffd text \ufffd", "value": ""},
+        {"text": "long", "value": bytes(range(20)).hex()},
+    ])
+    assert list(got) == list(plain) + ["count", "negative", "ids", "none", "items"]
+    assert list(got["items"][0]) == ["text", "value"]
