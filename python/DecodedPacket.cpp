@@ -1,8 +1,10 @@
 #include "python/DecodedPacket.h"
 
+#include <cstring>
+
 void CDecodedBatch::Clear()
 {
-    m_strBytes.clear();
+    m_nBytes = 0;
     m_aPackets.clear();
     m_aFields.clear();
     m_aErrors.clear();
@@ -14,9 +16,12 @@ void CDecodedBatch::Clear()
 SBytesRef CDecodedBatch::AddBytes(const char* p, std::size_t n)
 {
     SBytesRef ref;
-    ref.nOffset = m_strBytes.size();
+    ref.nOffset = m_nBytes;
     ref.nLength = n;
-    m_strBytes.append(p, n);
+    if (n) {
+        std::memcpy(Reserve(n), p, n);
+        m_nBytes += n;
+    }
     return ref;
 }
 
@@ -24,10 +29,12 @@ SBytesRef CDecodedBatch::AddBytes(const char* p, std::size_t n)
 SBytesRef CDecodedBatch::AddValue(const CAdvAnlzData& value)
 {
     SBytesRef ref;
-    ref.nOffset = m_strBytes.size();
+    ref.nOffset = m_nBytes;
     ref.nLength = value.GetByteLength();
-    m_strBytes.resize(ref.nOffset + ref.nLength);
-    value.GetStream(reinterpret_cast<std::uint8_t*>(&m_strBytes[ref.nOffset]));
+    if (ref.nLength) {
+        value.GetStream(reinterpret_cast<std::uint8_t*>(Reserve(ref.nLength)));
+        m_nBytes += ref.nLength;
+    }
     return ref;
 }
 

@@ -6,6 +6,7 @@
 // single thread of control.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -72,15 +73,25 @@ public:
     const SDecodedExtra& GetExtra(std::size_t n) const noexcept { return m_aExtras[n]; }
     long long GetNumber(std::size_t n) const noexcept { return m_aNumbers[n]; }
     const SDecodedItem& GetItem(std::size_t n) const noexcept { return m_aItems[n]; }
-    const char* GetBytes(SBytesRef ref) const noexcept { return m_strBytes.data() + ref.nOffset; }
+    const char* GetBytes(SBytesRef ref) const noexcept { return m_aBytes.data() + ref.nOffset; }
 
 private:
+    // Room for n more bytes at the end of the byte buffer; where they go.
+    char* Reserve(std::size_t n)
+    {
+        if (m_aBytes.size() - m_nBytes < n)
+            m_aBytes.resize(std::max(2 * m_aBytes.size(), m_nBytes + n));
+        return m_aBytes.data() + m_nBytes;
+    }
     SBytesRef AddBytes(const char* p, std::size_t n);
     SBytesRef AddText(const CString& str) { return AddBytes(str.GetString(), static_cast<std::size_t>(str.GetLength())); }
     SBytesRef AddText(const std::string& str) { return AddBytes(str.data(), str.size()); }
     SBytesRef AddValue(const CAdvAnlzData& value);
 
-    std::string m_strBytes;
+    // Texts and value bytes of every packet, m_nBytes of them in use; grown
+    // by hand, as a field adds a handful of short pieces.
+    std::vector<char> m_aBytes;
+    std::size_t m_nBytes = 0;
     std::vector<SDecodedPacket> m_aPackets;
     std::vector<SDecodedField> m_aFields;
     std::vector<std::uint16_t> m_aErrors;
