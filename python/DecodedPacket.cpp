@@ -1,6 +1,8 @@
 #include "python/DecodedPacket.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 void CDecodedBatch::Clear()
 {
@@ -11,6 +13,16 @@ void CDecodedBatch::Clear()
     m_aExtras.clear();
     m_aNumbers.clear();
     m_aItems.clear();
+}
+
+void CDecodedBatch::Grow(std::size_t n)
+{
+    const std::size_t nCapacity = std::max({2 * m_nCapacity, m_nBytes + n, std::size_t{4096}});
+    std::unique_ptr<char[]> pBytes(new char[nCapacity]);
+    if (m_nBytes)
+        std::memcpy(pBytes.get(), m_pBytes.get(), m_nBytes);
+    m_pBytes = std::move(pBytes);
+    m_nCapacity = nCapacity;
 }
 
 SBytesRef CDecodedBatch::AddBytes(const char* p, std::size_t n)

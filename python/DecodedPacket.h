@@ -6,9 +6,9 @@
 // single thread of control.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -67,30 +67,40 @@ public:
     void Add(const SDecoderEntry& entry, const CProtocolPacket& packet, int nResult);
 
     std::size_t GetCount() const noexcept { return m_aPackets.size(); }
+    // The memory the batch keeps for its next use.
+    std::size_t GetReservedBytes() const noexcept
+    {
+        return m_nCapacity + m_aPackets.capacity() * sizeof(SDecodedPacket) +
+               m_aFields.capacity() * sizeof(SDecodedField) + m_aErrors.capacity() * sizeof(std::uint16_t) +
+               m_aExtras.capacity() * sizeof(SDecodedExtra) + m_aNumbers.capacity() * sizeof(long long) +
+               m_aItems.capacity() * sizeof(SDecodedItem);
+    }
     const SDecodedPacket& GetPacket(std::size_t n) const noexcept { return m_aPackets[n]; }
     const SDecodedField& GetField(std::size_t n) const noexcept { return m_aFields[n]; }
     std::uint16_t GetError(std::size_t n) const noexcept { return m_aErrors[n]; }
     const SDecodedExtra& GetExtra(std::size_t n) const noexcept { return m_aExtras[n]; }
     long long GetNumber(std::size_t n) const noexcept { return m_aNumbers[n]; }
     const SDecodedItem& GetItem(std::size_t n) const noexcept { return m_aItems[n]; }
-    const char* GetBytes(SBytesRef ref) const noexcept { return m_aBytes.data() + ref.nOffset; }
+    const char* GetBytes(SBytesRef ref) const noexcept { return m_pBytes.get() + ref.nOffset; }
 
 private:
     // Room for n more bytes at the end of the byte buffer; where they go.
     char* Reserve(std::size_t n)
     {
-        if (m_aBytes.size() - m_nBytes < n)
-            m_aBytes.resize(std::max(2 * m_aBytes.size(), m_nBytes + n));
-        return m_aBytes.data() + m_nBytes;
+        if (m_nCapacity - m_nBytes < n)
+            Grow(n);
+        return m_pBytes.get() + m_nBytes;
     }
+    void Grow(std::size_t n);
     SBytesRef AddBytes(const char* p, std::size_t n);
     SBytesRef AddText(const CString& str) { return AddBytes(str.GetString(), static_cast<std::size_t>(str.GetLength())); }
     SBytesRef AddText(const std::string& str) { return AddBytes(str.data(), str.size()); }
     SBytesRef AddValue(const CAdvAnlzData& value);
 
-    // Texts and value bytes of every packet, m_nBytes of them in use; grown
-    // by hand, as a field adds a handful of short pieces.
-    std::vector<char> m_aBytes;
+    // Texts and value bytes of every packet, m_nBytes of m_nCapacity in use;
+    // grown by hand, as a field adds a handful of short pieces.
+    std::unique_ptr<char[]> m_pBytes;
+    std::size_t m_nCapacity = 0;
     std::size_t m_nBytes = 0;
     std::vector<SDecodedPacket> m_aPackets;
     std::vector<SDecodedField> m_aFields;

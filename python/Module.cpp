@@ -132,6 +132,47 @@ private:
 
 // ---- Decoders --------------------------------------------------------------
 
+// The calling thread's batch, used again from call to call so that its
+// buffers stop growing; a call made while it is in use (a decode run from a
+// destructor while dicts are being made) gets one of its own. A batch that
+// has grown large is let go after use.
+class CBatchLease {
+public:
+    CBatchLease()
+    {
+        if (t_bBusy) {
+            m_pOwn = std::make_unique<CDecodedBatch>();
+            m_pBatch = m_pOwn.get();
+        } else {
+            t_bBusy = true;
+            m_pBatch = &t_batch;
+            m_pBatch->Clear();
+        }
+    }
+    CBatchLease(const CBatchLease&) = delete;
+    CBatchLease& operator=(const CBatchLease&) = delete;
+    ~CBatchLease()
+    {
+        if (m_pOwn)
+            return;
+        if (t_batch.GetReservedBytes() > kKeptBatchBytes)
+            t_batch = CDecodedBatch();
+        t_bBusy = false;
+    }
+
+    CDecodedBatch& operator*() const noexcept { return *m_pBatch; }
+
+private:
+    static constexpr std::size_t kKeptBatchBytes = 1u << 20;
+    static thread_local CDecodedBatch t_batch;
+    static thread_local bool t_bBusy;
+
+    CDecodedBatch* m_pBatch = nullptr;
+    std::unique_ptr<CDecodedBatch> m_pOwn;
+};
+thread_local CDecodedBatch CBatchLease::t_batch;
+thread_local bool CBatchLease::t_bBusy = false;
+
 class CDecoder {
 public:
     CDecoder(const std::string& strName, int nHCIKind) : m_entry(LookUp(strName))
@@ -162,30 +203,12 @@ public:
         if (bytes.Size() > kMaxPayloadBytes)
             throw py::value_error(TooLong(bytes.Size()));
         const SDecodeOptions options = OptionsFor(hciKind);
-        // Each thread reuses its own batch; one already in use (a decode run
-        // from a destructor while a dict is being made) gives way to a new one.
-        thread_local CDecodedBatch t_batch;
-        thread_local bool t_bBusy = false;
-        std::unique_ptr<CDecodedBatch> pOwn;
-        CDecodedBatch* pBatch = &t_batch;
-        if (t_bBusy) {
-            pOwn = std::make_unique<CDecodedBatch>();
-            pBatch = pOwn.get();
-        }
-        const bool bWasBusy = t_bBusy;
-        t_bBusy = true;
-        struct SRestore {
-            bool& bBusy;
-            bool bOld;
-            ~SRestore() { bBusy = bOld; }
-        } restore{t_bBusy, bWasBusy};
-
-        pBatch->Clear();
+        CBatchLease batch;
         {
             CDecodingLock lock;
-            DecodeInto(*pBatch, bytes, options);
+            DecodeInto(*batch, bytes, options);
         }
-        return PacketDict(*pBatch, 0);
+        return PacketDict(*batch, 0);
     }
 
     // Payloads are taken and decoded a chunk at a time. A bad item stops the
@@ -198,7 +221,8 @@ public:
         if (!iterator)
             throw py::error_already_set();
         py::list out;
-        CDecodedBatch batch;
+        CBatchLease lease;
+        CDecodedBatch& batch = *lease;
         std::vector<CPayload> aChunk;
         std::size_t nItem = 0;
         for (bool bMore = true; bMore;) {

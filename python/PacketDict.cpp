@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace py = pybind11;
@@ -85,6 +87,22 @@ PyObject* NewHex(const char* p, std::size_t n)
     return pStr;
 }
 
+// A hash of a short text from its length and its first and last eight
+// bytes. Caches check a slot against the whole text, so a weaker hash costs a
+// miss, never a wrong string.
+std::uint64_t TextHash(const char* p, std::size_t n) noexcept
+{
+    std::uint64_t a = 0, b = 0;
+    if (n >= 8) {
+        std::memcpy(&a, p, 8);
+        std::memcpy(&b, p + n - 8, 8);
+    } else if (n) {
+        std::memcpy(&a, p, n);
+    }
+    const std::uint64_t h = (a ^ (b * 0x9E3779B97F4A7C15ull) ^ n) * 0xFF51AFD7ED558CCDull;
+    return h ^ (h >> 29);
+}
+
 // Python strings made from short byte strings, kept by those bytes in a
 // fixed number of slots (a newer string takes an older one's slot). Names,
 // abbreviations, option names and small values repeat from packet to packet,
@@ -102,7 +120,7 @@ public:
     {
         if (n > m_nMaxBytes)
             return m_pfnMake(p, n);
-        SSlot& slot = m_aSlots[Hash(p, n) & (kSlots - 1)];
+        SSlot& slot = m_aSlots[TextHash(p, n) & (kSlots - 1)];
         if (!slot.pStr || slot.strKey.size() != n || std::memcmp(slot.strKey.data(), p, n) != 0) {
             PyObject* pStr = m_pfnMake(p, n);
             if (!pStr)
@@ -118,21 +136,6 @@ public:
 private:
     static constexpr std::size_t kSlots = 4096;
 
-    // The length with the first and last eight bytes: a slot is checked
-    // against the whole key, so a weaker hash costs a miss, never a wrong
-    // string.
-    static std::uint64_t Hash(const char* p, std::size_t n) noexcept
-    {
-        std::uint64_t a = 0, b = 0;
-        if (n >= 8) {
-            std::memcpy(&a, p, 8);
-            std::memcpy(&b, p + n - 8, 8);
-        } else {
-            std::memcpy(&a, p, n);
-        }
-        std::uint64_t h = (a ^ (b * 0x9E3779B97F4A7C15ull) ^ n) * 0xFF51AFD7ED558CCDull;
-        return h ^ (h >> 29);
-    }
     struct SSlot {
         std::string strKey;
         PyObject* pStr = nullptr;
@@ -169,72 +172,199 @@ PyObject* Hex(const CDecodedBatch& batch, SBytesRef ref)
     return g_pValues->Get(batch.GetBytes(ref), ref.nLength);
 }
 
-// Field dicts with the keys in order and the values that come from the
-// field's record (id, name, abbr, offset, record length) already set, one per
-// record in a fixed number of slots. A field's dict is a copy of its record's
-// with the values of this occurrence set: half the work of a dict made anew.
-class CFieldTemplates {
+// Dicts with every value but the last few already set, kept in a fixed
+// number of slots by what they hold (a newer one takes an older one's slot).
+// A field's dict is a copy of the one for its record, index, length and
+// option with only the value set, a packet's a copy of the one for its
+// decoder, result, names, counts and format with only the errors and fields
+// set: a copy costs far less than setting the values one by one.
+template <class TKey>
+class CDictTemplates {
 public:
-    CFieldTemplates() : m_aSlots(kSlots) {}
+    CDictTemplates() : m_aSlots(kSlots) {}
 
-    // A borrowed reference, or null with the Python error set.
-    PyObject* Get(const CDecodedBatch& batch, const SDecodedField& f)
+    // A borrowed reference to the dict for the key, made by make() when it is
+    // not at hand; null with the Python error set.
+    template <class FMake>
+    PyObject* Get(const typename TKey::SView& key, FMake make)
     {
-        const std::uintptr_t n = reinterpret_cast<std::uintptr_t>(f.pRecord) ^ f.nId ^ (f.dwOffset << 16);
-        SSlot& slot = m_aSlots[((n * 0x9E3779B97F4A7C15ull) >> 40) & (kSlots - 1)];
-        const std::string_view name(batch.GetBytes(f.name), f.name.nLength);
-        const std::string_view abbr(batch.GetBytes(f.abbr), f.abbr.nLength);
-        if (slot.pDict && slot.nId == f.nId && slot.dwOffset == f.dwOffset &&
-            slot.dwRecordLength == f.dwRecordLength && slot.strName == name && slot.strAbbr == abbr)
+        SSlot& slot = m_aSlots[key.Hash() & (kSlots - 1)];
+        if (slot.pDict && slot.key.Matches(key))
             return slot.pDict;
-        PyObject* pDict = PyDict_Copy(g_pFieldTemplate);
+        PyObject* pDict = make();
         if (!pDict)
             return nullptr;
-        try {
-            SetItem(pDict, g_keys.id, Int(f.nId));
-            SetItem(pDict, g_keys.name, Text(batch, f.name));
-            SetItem(pDict, g_keys.abbr, Text(batch, f.abbr));
-            SetItem(pDict, g_keys.offset, Int(f.dwOffset));
-            SetItem(pDict, g_keys.record_length, Int(f.dwRecordLength));
-        } catch (...) {
-            Py_DECREF(pDict);
-            throw;
-        }
         Py_XDECREF(slot.pDict);
         slot.pDict = pDict;
-        slot.nId = f.nId;
-        slot.dwOffset = f.dwOffset;
-        slot.dwRecordLength = f.dwRecordLength;
-        slot.strName.assign(name);
-        slot.strAbbr.assign(abbr);
+        slot.key.Assign(key);
         return pDict;
     }
 
 private:
     static constexpr std::size_t kSlots = 4096;
     struct SSlot {
+        TKey key;
         PyObject* pDict = nullptr;
-        unsigned short nId = 0;
-        std::uint32_t dwOffset = 0, dwRecordLength = 0;
-        std::string strName, strAbbr;
     };
     std::vector<SSlot> m_aSlots;
 };
-CFieldTemplates* g_pFieldTemplates = nullptr;
+
+std::uint64_t Mix(std::uint64_t h) noexcept
+{
+    h *= 0xFF51AFD7ED558CCDull;
+    return h ^ (h >> 29);
+}
+
+std::string_view View(const CDecodedBatch& batch, SBytesRef ref)
+{
+    return std::string_view(batch.GetBytes(ref), ref.nLength);
+}
+
+// What a field's dict holds besides its value.
+struct SFieldKey {
+    struct SView {
+        const void* pRecord;
+        unsigned short nId;
+        std::uint32_t dwOffset, dwRecordLength, dwLength;
+        long nIndex;
+        std::string_view name, abbr, option, optionAbbr;
+
+        // The record (as its address, which tells records apart quickly),
+        // the occurrence's place and length, and the option text.
+        std::size_t Hash() const noexcept
+        {
+            std::uint64_t h = reinterpret_cast<std::uintptr_t>(pRecord);
+            h = Mix(h ^ (static_cast<std::uint64_t>(dwLength) << 32) ^ static_cast<std::uint64_t>(nIndex));
+            return static_cast<std::size_t>(Mix(h ^ TextHash(option.data(), option.size())) >> 20);
+        }
+    };
+    unsigned short nId = 0;
+    std::uint32_t dwOffset = 0, dwRecordLength = 0, dwLength = 0;
+    long nIndex = 0;
+    std::string name, abbr, option, optionAbbr;
+
+    bool Matches(const SView& k) const
+    {
+        return nId == k.nId && dwOffset == k.dwOffset && dwRecordLength == k.dwRecordLength &&
+               dwLength == k.dwLength && nIndex == k.nIndex && name == k.name && abbr == k.abbr &&
+               option == k.option && optionAbbr == k.optionAbbr;
+    }
+    void Assign(const SView& k)
+    {
+        nId = k.nId;
+        dwOffset = k.dwOffset;
+        dwRecordLength = k.dwRecordLength;
+        dwLength = k.dwLength;
+        nIndex = k.nIndex;
+        name.assign(k.name);
+        abbr.assign(k.abbr);
+        option.assign(k.option);
+        optionAbbr.assign(k.optionAbbr);
+    }
+};
+CDictTemplates<SFieldKey>* g_pFieldTemplates = nullptr;
+
+// What a packet's dict holds besides its errors, fields and the values of its
+// packet-class keys; the keys themselves are there, so setting their values
+// never grows the copy.
+struct SPacketKey {
+    struct SView {
+        const CDecodedBatch& batch;
+        const SDecodedPacket& packet;
+
+        std::string_view Extra(std::size_t i) const { return View(batch, batch.GetExtra(packet.nFirstExtra + i).key); }
+        std::size_t Hash() const noexcept
+        {
+            std::uint64_t h = reinterpret_cast<std::uintptr_t>(packet.pEntry) ^ static_cast<std::uint32_t>(packet.nResult);
+            h = Mix(h ^ (static_cast<std::uint64_t>(packet.nRequestFields) << 32) ^
+                    (static_cast<std::uint64_t>(packet.nResponseFields) << 40) ^
+                    (static_cast<std::uint64_t>(packet.nFormat) << 48));
+            h = Mix(h ^ TextHash(batch.GetBytes(packet.requestName), packet.requestName.nLength));
+            h = Mix(h ^ TextHash(batch.GetBytes(packet.responseName), packet.responseName.nLength));
+            return static_cast<std::size_t>(Mix(h ^ packet.nExtras) >> 20);
+        }
+    };
+    const SDecoderEntry* pEntry = nullptr;
+    int nResult = 0, nRequestFields = 0, nResponseFields = 0, nHasResponse = 0, nFormat = 0;
+    std::string requestName, responseName;
+    std::vector<std::string> aExtraKeys;
+
+    bool Matches(const SView& k) const
+    {
+        const SDecodedPacket& p = k.packet;
+        if (pEntry != p.pEntry || nResult != p.nResult || nRequestFields != p.nRequestFields ||
+            nResponseFields != p.nResponseFields || nHasResponse != p.nHasResponse || nFormat != p.nFormat ||
+            requestName != View(k.batch, p.requestName) || responseName != View(k.batch, p.responseName) ||
+            aExtraKeys.size() != p.nExtras)
+            return false;
+        for (std::size_t i = 0; i < p.nExtras; ++i)
+            if (aExtraKeys[i] != k.Extra(i))
+                return false;
+        return true;
+    }
+    void Assign(const SView& k)
+    {
+        const SDecodedPacket& p = k.packet;
+        pEntry = p.pEntry;
+        nResult = p.nResult;
+        nRequestFields = p.nRequestFields;
+        nResponseFields = p.nResponseFields;
+        nHasResponse = p.nHasResponse;
+        nFormat = p.nFormat;
+        requestName.assign(View(k.batch, p.requestName));
+        responseName.assign(View(k.batch, p.responseName));
+        aExtraKeys.resize(p.nExtras);
+        for (std::size_t i = 0; i < p.nExtras; ++i)
+            aExtraKeys[i].assign(k.Extra(i));
+    }
+};
+CDictTemplates<SPacketKey>* g_pPacketTemplates = nullptr;
+
+// A copy of pTemplate with the given values set; a new reference.
+PyObject* CopyWith(PyObject* pTemplate, std::initializer_list<std::pair<PyObject*, PyObject*>> values)
+{
+    PyObject* pDict = pTemplate ? PyDict_Copy(pTemplate) : nullptr;
+    if (!pDict) {
+        for (const auto& kv : values)
+            Py_XDECREF(kv.second);
+        throw py::error_already_set();
+    }
+    py::object d = py::reinterpret_steal<py::object>(pDict);
+    bool bFailed = false;
+    for (const auto& kv : values) {
+        if (bFailed || !kv.second || PyDict_SetItem(pDict, kv.first, kv.second) != 0)
+            bFailed = true;
+        Py_XDECREF(kv.second);
+    }
+    if (bFailed)
+        throw py::error_already_set();
+    return d.release().ptr();
+}
 
 PyObject* FieldDict(const CDecodedBatch& batch, const SDecodedField& f, long nIndex)
 {
-    PyObject* pTemplate = g_pFieldTemplates->Get(batch, f);
-    py::object d = py::reinterpret_steal<py::object>(pTemplate ? PyDict_Copy(pTemplate) : nullptr);
-    if (!d)
-        throw py::error_already_set();
-    PyObject* p = d.ptr();
-    SetItem(p, g_keys.index, Int(static_cast<unsigned long>(nIndex)));
-    SetItem(p, g_keys.length, Int(f.dwLength));
-    SetItem(p, g_keys.value, Hex(batch, f.value));
-    SetItem(p, g_keys.option, Text(batch, f.option));
-    SetItem(p, g_keys.option_abbr, Text(batch, f.optionAbbr));
-    return d.release().ptr();
+    const SFieldKey::SView key{f.pRecord,
+                               f.nId,
+                               f.dwOffset,
+                               f.dwRecordLength,
+                               f.dwLength,
+                               nIndex,
+                               View(batch, f.name),
+                               View(batch, f.abbr),
+                               View(batch, f.option),
+                               View(batch, f.optionAbbr)};
+    PyObject* pTemplate = g_pFieldTemplates->Get(key, [&] {
+        return CopyWith(g_pFieldTemplate, {{g_keys.index, Int(static_cast<unsigned long>(nIndex))},
+                                           {g_keys.id, Int(f.nId)},
+                                           {g_keys.name, Text(batch, f.name)},
+                                           {g_keys.abbr, Text(batch, f.abbr)},
+                                           {g_keys.offset, Int(f.dwOffset)},
+                                           {g_keys.length, Int(f.dwLength)},
+                                           {g_keys.record_length, Int(f.dwRecordLength)},
+                                           {g_keys.option, Text(batch, f.option)},
+                                           {g_keys.option_abbr, Text(batch, f.optionAbbr)}});
+    });
+    return CopyWith(pTemplate, {{g_keys.value, Hex(batch, f.value)}});
 }
 
 PyObject* ExtraValue(const CDecodedBatch& batch, const SDecodedExtra& e)
@@ -274,18 +404,6 @@ PyObject* ExtraValue(const CDecodedBatch& batch, const SDecodedExtra& e)
 py::object PacketDict(const CDecodedBatch& batch, std::size_t n)
 {
     const SDecodedPacket& packet = batch.GetPacket(n);
-    py::object d = py::reinterpret_steal<py::object>(PyDict_Copy(g_pPacketTemplate));
-    if (!d)
-        throw py::error_already_set();
-    PyObject* p = d.ptr();
-    SetItem(p, g_keys.decoder, g_pTexts->Get(packet.pEntry->pszClassName, std::strlen(packet.pEntry->pszClassName)));
-    SetItem(p, g_keys.result, PyLong_FromLong(packet.nResult));
-    SetItem(p, g_keys.request_name, Text(batch, packet.requestName));
-    SetItem(p, g_keys.response_name, Text(batch, packet.responseName));
-    SetItem(p, g_keys.request_fields, PyLong_FromLong(packet.nRequestFields));
-    SetItem(p, g_keys.response_fields, PyLong_FromLong(packet.nResponseFields));
-    SetItem(p, g_keys.has_response, PyLong_FromLong(packet.nHasResponse));
-    SetItem(p, g_keys.format, PyLong_FromLong(packet.nFormat));
 
     py::list errors(packet.nErrors);
     for (std::size_t i = 0; i < packet.nErrors; ++i) {
@@ -294,20 +412,40 @@ py::object PacketDict(const CDecodedBatch& batch, std::size_t n)
             throw py::error_already_set();
         PyList_SET_ITEM(errors.ptr(), static_cast<Py_ssize_t>(i), pCode);
     }
-    SetItem(p, g_keys.errors, errors.release().ptr());
-
     py::list fields(packet.nFields);
     for (std::size_t i = 0; i < packet.nFields; ++i)
         PyList_SET_ITEM(fields.ptr(), static_cast<Py_ssize_t>(i),
                         FieldDict(batch, batch.GetField(packet.nFirstField + i), static_cast<long>(i + 1)));
-    SetItem(p, g_keys.fields, fields.release().ptr());
+
+    PyObject* pTemplate = g_pPacketTemplates->Get(SPacketKey::SView{batch, packet}, [&] {
+        const char* pszDecoder = packet.pEntry->pszClassName;
+        py::object t = py::reinterpret_steal<py::object>(CopyWith(
+            g_pPacketTemplate, {{g_keys.decoder, g_pTexts->Get(pszDecoder, std::strlen(pszDecoder))},
+                                {g_keys.result, PyLong_FromLong(packet.nResult)},
+                                {g_keys.request_name, Text(batch, packet.requestName)},
+                                {g_keys.response_name, Text(batch, packet.responseName)},
+                                {g_keys.request_fields, PyLong_FromLong(packet.nRequestFields)},
+                                {g_keys.response_fields, PyLong_FromLong(packet.nResponseFields)},
+                                {g_keys.has_response, PyLong_FromLong(packet.nHasResponse)},
+                                {g_keys.format, PyLong_FromLong(packet.nFormat)}}));
+        for (std::size_t i = 0; i < packet.nExtras; ++i) {
+            py::object key = py::reinterpret_steal<py::object>(Text(batch, batch.GetExtra(packet.nFirstExtra + i).key));
+            if (!key)
+                throw py::error_already_set();
+            Py_INCREF(Py_None);
+            SetItem(t.ptr(), key.ptr(), Py_None);
+        }
+        return t.release().ptr();
+    });
+    py::object d = py::reinterpret_steal<py::object>(
+        CopyWith(pTemplate, {{g_keys.errors, errors.release().ptr()}, {g_keys.fields, fields.release().ptr()}}));
 
     for (std::size_t i = 0; i < packet.nExtras; ++i) {
         const SDecodedExtra& e = batch.GetExtra(packet.nFirstExtra + i);
         py::object key = py::reinterpret_steal<py::object>(Text(batch, e.key));
         if (!key)
             throw py::error_already_set();
-        SetItem(p, key.ptr(), ExtraValue(batch, e));
+        SetItem(d.ptr(), key.ptr(), ExtraValue(batch, e));
     }
     return d;
 }
@@ -325,5 +463,6 @@ void InitPacketDicts()
     InitKeys();
     g_pTexts = new CStringCache(&NewText, 64);
     g_pValues = new CStringCache(&NewHex, 8);
-    g_pFieldTemplates = new CFieldTemplates;
+    g_pFieldTemplates = new CDictTemplates<SFieldKey>;
+    g_pPacketTemplates = new CDictTemplates<SPacketKey>;
 }
