@@ -522,6 +522,15 @@ PYBIND11_MODULE(busdecode, m)
                    "', hci_kind=" + std::to_string(d.GetHCIKind()) + ")";
         });
 
+    m.def(
+        "_set_cache_slots",
+        [](std::size_t nSlots) {
+            if (nSlots == 0 || (nSlots & (nSlots - 1)) != 0)
+                throw py::value_error("the slot count is a power of two");
+            SetCacheSlots(nSlots);
+        },
+        py::arg("slots") = kCacheSlots,
+        "For the module's tests: the caches of strings and dict templates anew, with this many slots each.");
     m.def("_decode_with_extras", &DecodeWithExtras, py::arg("name"), py::arg("payload"), py::arg("extras"),
           "For the module's tests: decode() with the packet-class keys given as (key, value) pairs.");
 

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -111,8 +112,17 @@ class CStringCache {
 public:
     using PfnMake = PyObject* (*)(const char* p, std::size_t n);
 
-    CStringCache(PfnMake pfnMake, std::size_t nMaxBytes) : m_pfnMake(pfnMake), m_nMaxBytes(nMaxBytes), m_aSlots(kSlots)
+    // nSlots is a power of two.
+    CStringCache(PfnMake pfnMake, std::size_t nMaxBytes, std::size_t nSlots)
+        : m_pfnMake(pfnMake), m_nMaxBytes(nMaxBytes), m_aSlots(nSlots)
     {
+    }
+    CStringCache(const CStringCache&) = delete;
+    CStringCache& operator=(const CStringCache&) = delete;
+    ~CStringCache()
+    {
+        for (SSlot& slot : m_aSlots)
+            Py_XDECREF(slot.pStr);
     }
 
     // A new reference, or null with the Python error set.
@@ -120,7 +130,7 @@ public:
     {
         if (n > m_nMaxBytes)
             return m_pfnMake(p, n);
-        SSlot& slot = m_aSlots[TextHash(p, n) & (kSlots - 1)];
+        SSlot& slot = m_aSlots[TextHash(p, n) & (m_aSlots.size() - 1)];
         if (!slot.pStr || slot.strKey.size() != n || std::memcmp(slot.strKey.data(), p, n) != 0) {
             PyObject* pStr = m_pfnMake(p, n);
             if (!pStr)
@@ -162,6 +172,11 @@ PyObject* Int(unsigned long n)
 CStringCache* g_pTexts = nullptr;
 CStringCache* g_pValues = nullptr;
 
+PyObject* Text(std::string_view text)
+{
+    return g_pTexts->Get(text.data(), text.size());
+}
+
 PyObject* Text(const CDecodedBatch& batch, SBytesRef ref)
 {
     return g_pTexts->Get(batch.GetBytes(ref), ref.nLength);
@@ -181,14 +196,22 @@ PyObject* Hex(const CDecodedBatch& batch, SBytesRef ref)
 template <class TKey>
 class CDictTemplates {
 public:
-    CDictTemplates() : m_aSlots(kSlots) {}
+    // nSlots is a power of two.
+    explicit CDictTemplates(std::size_t nSlots) : m_aSlots(nSlots) {}
+    CDictTemplates(const CDictTemplates&) = delete;
+    CDictTemplates& operator=(const CDictTemplates&) = delete;
+    ~CDictTemplates()
+    {
+        for (SSlot& slot : m_aSlots)
+            Py_XDECREF(slot.pDict);
+    }
 
     // A borrowed reference to the dict for the key, made by make() when it is
     // not at hand; null with the Python error set.
     template <class FMake>
     PyObject* Get(const typename TKey::SView& key, FMake make)
     {
-        SSlot& slot = m_aSlots[key.Hash() & (kSlots - 1)];
+        SSlot& slot = m_aSlots[key.Hash() & (m_aSlots.size() - 1)];
         if (slot.pDict && slot.key.Matches(key))
             return slot.pDict;
         PyObject* pDict = make();
@@ -201,7 +224,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t kSlots = 4096;
     struct SSlot {
         TKey key;
         PyObject* pDict = nullptr;
@@ -220,17 +242,18 @@ std::string_view View(const CDecodedBatch& batch, SBytesRef ref)
     return std::string_view(batch.GetBytes(ref), ref.nLength);
 }
 
-// What a field's dict holds besides its value.
+// What a field's dict holds besides its value. The dict of a key is made
+// from the key's own members, and both forms list the members in one order,
+// so whatever a dict holds is compared when it is looked up.
 struct SFieldKey {
     struct SView {
-        const void* pRecord;
         unsigned short nId;
         std::uint32_t dwOffset, dwRecordLength, dwLength;
         long nIndex;
         std::string_view name, abbr, option, optionAbbr;
+        const void* pRecord;  // only to spread records over the slots
 
-        // The record (as its address, which tells records apart quickly),
-        // the occurrence's place and length, and the option text.
+        auto Tie() const { return std::tie(nId, dwOffset, dwRecordLength, dwLength, nIndex, name, abbr, option, optionAbbr); }
         std::size_t Hash() const noexcept
         {
             std::uint64_t h = reinterpret_cast<std::uintptr_t>(pRecord);
@@ -243,24 +266,9 @@ struct SFieldKey {
     long nIndex = 0;
     std::string name, abbr, option, optionAbbr;
 
-    bool Matches(const SView& k) const
-    {
-        return nId == k.nId && dwOffset == k.dwOffset && dwRecordLength == k.dwRecordLength &&
-               dwLength == k.dwLength && nIndex == k.nIndex && name == k.name && abbr == k.abbr &&
-               option == k.option && optionAbbr == k.optionAbbr;
-    }
-    void Assign(const SView& k)
-    {
-        nId = k.nId;
-        dwOffset = k.dwOffset;
-        dwRecordLength = k.dwRecordLength;
-        dwLength = k.dwLength;
-        nIndex = k.nIndex;
-        name.assign(k.name);
-        abbr.assign(k.abbr);
-        option.assign(k.option);
-        optionAbbr.assign(k.optionAbbr);
-    }
+    auto Tie() { return std::tie(nId, dwOffset, dwRecordLength, dwLength, nIndex, name, abbr, option, optionAbbr); }
+    bool Matches(const SView& k) const { return const_cast<SFieldKey*>(this)->Tie() == k.Tie(); }
+    void Assign(const SView& k) { Tie() = k.Tie(); }
 };
 CDictTemplates<SFieldKey>* g_pFieldTemplates = nullptr;
 
@@ -269,19 +277,32 @@ CDictTemplates<SFieldKey>* g_pFieldTemplates = nullptr;
 // never grows the copy.
 struct SPacketKey {
     struct SView {
+        const SDecoderEntry* pEntry;
+        int nResult, nRequestFields, nResponseFields, nHasResponse, nFormat;
+        std::string_view requestName, responseName;
+        // The packet-class keys: packet's extras in the batch.
         const CDecodedBatch& batch;
         const SDecodedPacket& packet;
 
-        std::string_view Extra(std::size_t i) const { return View(batch, batch.GetExtra(packet.nFirstExtra + i).key); }
+        std::size_t ExtraCount() const noexcept { return packet.nExtras; }
+        std::string_view ExtraKey(std::size_t i) const
+        {
+            return View(batch, batch.GetExtra(packet.nFirstExtra + i).key);
+        }
+
+        auto Tie() const
+        {
+            return std::tie(pEntry, nResult, nRequestFields, nResponseFields, nHasResponse, nFormat, requestName,
+                            responseName);
+        }
         std::size_t Hash() const noexcept
         {
-            std::uint64_t h = reinterpret_cast<std::uintptr_t>(packet.pEntry) ^ static_cast<std::uint32_t>(packet.nResult);
-            h = Mix(h ^ (static_cast<std::uint64_t>(packet.nRequestFields) << 32) ^
-                    (static_cast<std::uint64_t>(packet.nResponseFields) << 40) ^
-                    (static_cast<std::uint64_t>(packet.nFormat) << 48));
-            h = Mix(h ^ TextHash(batch.GetBytes(packet.requestName), packet.requestName.nLength));
-            h = Mix(h ^ TextHash(batch.GetBytes(packet.responseName), packet.responseName.nLength));
-            return static_cast<std::size_t>(Mix(h ^ packet.nExtras) >> 20);
+            std::uint64_t h = reinterpret_cast<std::uintptr_t>(pEntry) ^ static_cast<std::uint32_t>(nResult);
+            h = Mix(h ^ (static_cast<std::uint64_t>(nRequestFields) << 32) ^
+                    (static_cast<std::uint64_t>(nResponseFields) << 40) ^ (static_cast<std::uint64_t>(nFormat) << 48));
+            h = Mix(h ^ TextHash(requestName.data(), requestName.size()));
+            h = Mix(h ^ TextHash(responseName.data(), responseName.size()));
+            return static_cast<std::size_t>(Mix(h ^ ExtraCount()) >> 20);
         }
     };
     const SDecoderEntry* pEntry = nullptr;
@@ -289,33 +310,26 @@ struct SPacketKey {
     std::string requestName, responseName;
     std::vector<std::string> aExtraKeys;
 
+    auto Tie()
+    {
+        return std::tie(pEntry, nResult, nRequestFields, nResponseFields, nHasResponse, nFormat, requestName,
+                        responseName);
+    }
     bool Matches(const SView& k) const
     {
-        const SDecodedPacket& p = k.packet;
-        if (pEntry != p.pEntry || nResult != p.nResult || nRequestFields != p.nRequestFields ||
-            nResponseFields != p.nResponseFields || nHasResponse != p.nHasResponse || nFormat != p.nFormat ||
-            requestName != View(k.batch, p.requestName) || responseName != View(k.batch, p.responseName) ||
-            aExtraKeys.size() != p.nExtras)
+        if (const_cast<SPacketKey*>(this)->Tie() != k.Tie() || aExtraKeys.size() != k.ExtraCount())
             return false;
-        for (std::size_t i = 0; i < p.nExtras; ++i)
-            if (aExtraKeys[i] != k.Extra(i))
+        for (std::size_t i = 0; i < aExtraKeys.size(); ++i)
+            if (aExtraKeys[i] != k.ExtraKey(i))
                 return false;
         return true;
     }
     void Assign(const SView& k)
     {
-        const SDecodedPacket& p = k.packet;
-        pEntry = p.pEntry;
-        nResult = p.nResult;
-        nRequestFields = p.nRequestFields;
-        nResponseFields = p.nResponseFields;
-        nHasResponse = p.nHasResponse;
-        nFormat = p.nFormat;
-        requestName.assign(View(k.batch, p.requestName));
-        responseName.assign(View(k.batch, p.responseName));
-        aExtraKeys.resize(p.nExtras);
-        for (std::size_t i = 0; i < p.nExtras; ++i)
-            aExtraKeys[i].assign(k.Extra(i));
+        Tie() = k.Tie();
+        aExtraKeys.resize(k.ExtraCount());
+        for (std::size_t i = 0; i < aExtraKeys.size(); ++i)
+            aExtraKeys[i].assign(k.ExtraKey(i));
     }
 };
 CDictTemplates<SPacketKey>* g_pPacketTemplates = nullptr;
@@ -343,8 +357,7 @@ PyObject* CopyWith(PyObject* pTemplate, std::initializer_list<std::pair<PyObject
 
 PyObject* FieldDict(const CDecodedBatch& batch, const SDecodedField& f, long nIndex)
 {
-    const SFieldKey::SView key{f.pRecord,
-                               f.nId,
+    const SFieldKey::SView key{f.nId,
                                f.dwOffset,
                                f.dwRecordLength,
                                f.dwLength,
@@ -352,17 +365,18 @@ PyObject* FieldDict(const CDecodedBatch& batch, const SDecodedField& f, long nIn
                                View(batch, f.name),
                                View(batch, f.abbr),
                                View(batch, f.option),
-                               View(batch, f.optionAbbr)};
-    PyObject* pTemplate = g_pFieldTemplates->Get(key, [&] {
-        return CopyWith(g_pFieldTemplate, {{g_keys.index, Int(static_cast<unsigned long>(nIndex))},
-                                           {g_keys.id, Int(f.nId)},
-                                           {g_keys.name, Text(batch, f.name)},
-                                           {g_keys.abbr, Text(batch, f.abbr)},
-                                           {g_keys.offset, Int(f.dwOffset)},
-                                           {g_keys.length, Int(f.dwLength)},
-                                           {g_keys.record_length, Int(f.dwRecordLength)},
-                                           {g_keys.option, Text(batch, f.option)},
-                                           {g_keys.option_abbr, Text(batch, f.optionAbbr)}});
+                               View(batch, f.optionAbbr),
+                               f.pRecord};
+    PyObject* pTemplate = g_pFieldTemplates->Get(key, [&key] {
+        return CopyWith(g_pFieldTemplate, {{g_keys.index, Int(static_cast<unsigned long>(key.nIndex))},
+                                           {g_keys.id, Int(key.nId)},
+                                           {g_keys.name, Text(key.name)},
+                                           {g_keys.abbr, Text(key.abbr)},
+                                           {g_keys.offset, Int(key.dwOffset)},
+                                           {g_keys.length, Int(key.dwLength)},
+                                           {g_keys.record_length, Int(key.dwRecordLength)},
+                                           {g_keys.option, Text(key.option)},
+                                           {g_keys.option_abbr, Text(key.optionAbbr)}});
     });
     return CopyWith(pTemplate, {{g_keys.value, Hex(batch, f.value)}});
 }
@@ -417,23 +431,32 @@ py::object PacketDict(const CDecodedBatch& batch, std::size_t n)
         PyList_SET_ITEM(fields.ptr(), static_cast<Py_ssize_t>(i),
                         FieldDict(batch, batch.GetField(packet.nFirstField + i), static_cast<long>(i + 1)));
 
-    PyObject* pTemplate = g_pPacketTemplates->Get(SPacketKey::SView{batch, packet}, [&] {
-        const char* pszDecoder = packet.pEntry->pszClassName;
+    const SPacketKey::SView key{packet.pEntry,
+                                packet.nResult,
+                                packet.nRequestFields,
+                                packet.nResponseFields,
+                                packet.nHasResponse,
+                                packet.nFormat,
+                                View(batch, packet.requestName),
+                                View(batch, packet.responseName),
+                                batch,
+                                packet};
+    PyObject* pTemplate = g_pPacketTemplates->Get(key, [&key] {
         py::object t = py::reinterpret_steal<py::object>(CopyWith(
-            g_pPacketTemplate, {{g_keys.decoder, g_pTexts->Get(pszDecoder, std::strlen(pszDecoder))},
-                                {g_keys.result, PyLong_FromLong(packet.nResult)},
-                                {g_keys.request_name, Text(batch, packet.requestName)},
-                                {g_keys.response_name, Text(batch, packet.responseName)},
-                                {g_keys.request_fields, PyLong_FromLong(packet.nRequestFields)},
-                                {g_keys.response_fields, PyLong_FromLong(packet.nResponseFields)},
-                                {g_keys.has_response, PyLong_FromLong(packet.nHasResponse)},
-                                {g_keys.format, PyLong_FromLong(packet.nFormat)}}));
-        for (std::size_t i = 0; i < packet.nExtras; ++i) {
-            py::object key = py::reinterpret_steal<py::object>(Text(batch, batch.GetExtra(packet.nFirstExtra + i).key));
-            if (!key)
+            g_pPacketTemplate, {{g_keys.decoder, Text(key.pEntry->pszClassName)},
+                                {g_keys.result, PyLong_FromLong(key.nResult)},
+                                {g_keys.request_name, Text(key.requestName)},
+                                {g_keys.response_name, Text(key.responseName)},
+                                {g_keys.request_fields, PyLong_FromLong(key.nRequestFields)},
+                                {g_keys.response_fields, PyLong_FromLong(key.nResponseFields)},
+                                {g_keys.has_response, PyLong_FromLong(key.nHasResponse)},
+                                {g_keys.format, PyLong_FromLong(key.nFormat)}}));
+        for (std::size_t i = 0; i < key.ExtraCount(); ++i) {
+            py::object k = py::reinterpret_steal<py::object>(Text(key.ExtraKey(i)));
+            if (!k)
                 throw py::error_already_set();
             Py_INCREF(Py_None);
-            SetItem(t.ptr(), key.ptr(), Py_None);
+            SetItem(t.ptr(), k.ptr(), Py_None);
         }
         return t.release().ptr();
     });
@@ -442,10 +465,10 @@ py::object PacketDict(const CDecodedBatch& batch, std::size_t n)
 
     for (std::size_t i = 0; i < packet.nExtras; ++i) {
         const SDecodedExtra& e = batch.GetExtra(packet.nFirstExtra + i);
-        py::object key = py::reinterpret_steal<py::object>(Text(batch, e.key));
-        if (!key)
+        py::object extraKey = py::reinterpret_steal<py::object>(Text(batch, e.key));
+        if (!extraKey)
             throw py::error_already_set();
-        SetItem(d.ptr(), key.ptr(), ExtraValue(batch, e));
+        SetItem(d.ptr(), extraKey.ptr(), ExtraValue(batch, e));
     }
     return d;
 }
@@ -458,11 +481,20 @@ py::str TextObject(const std::string& s)
     return py::reinterpret_steal<py::str>(p);
 }
 
+void SetCacheSlots(std::size_t nSlots)
+{
+    delete g_pTexts;
+    delete g_pValues;
+    delete g_pFieldTemplates;
+    delete g_pPacketTemplates;
+    g_pTexts = new CStringCache(&NewText, 64, nSlots);
+    g_pValues = new CStringCache(&NewHex, 8, nSlots);
+    g_pFieldTemplates = new CDictTemplates<SFieldKey>(nSlots);
+    g_pPacketTemplates = new CDictTemplates<SPacketKey>(nSlots);
+}
+
 void InitPacketDicts()
 {
     InitKeys();
-    g_pTexts = new CStringCache(&NewText, 64);
-    g_pValues = new CStringCache(&NewHex, 8);
-    g_pFieldTemplates = new CDictTemplates<SFieldKey>;
-    g_pPacketTemplates = new CDictTemplates<SPacketKey>;
+    SetCacheSlots(kCacheSlots);
 }

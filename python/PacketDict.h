@@ -12,8 +12,17 @@
 
 #include "python/DecodedPacket.h"
 
+// Slots of each cache of strings and dict templates.
+constexpr std::size_t kCacheSlots = 4096;
+
 // Makes the keys, templates and caches; once, at import.
 void InitPacketDicts();
+
+// Makes the caches anew with nSlots slots each (a power of two). With one
+// slot, every packet's texts and dicts are checked against the last ones
+// made: the tests run so to see that a cached object is never taken for a
+// different one.
+void SetCacheSlots(std::size_t nSlots);
 
 // Packet n of the batch as a dict.
 pybind11::object PacketDict(const CDecodedBatch& batch, std::size_t n);

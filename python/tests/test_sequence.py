@@ -13,9 +13,11 @@ from test_json import assert_same_packets, edge_payloads
 
 
 def long_sequence(count):
+    """Sample and edge payloads mixed with random ones, so that names, options,
+    lengths and values keep changing from packet to packet."""
     rng = random.Random(count)
     pool = all_sample_payloads() + edge_payloads()
-    return [rng.choice(pool) for _ in range(count)]
+    return [rng.choice(pool) if rng.random() < 0.5 else rng.randbytes(rng.randint(1, 40)) for _ in range(count)]
 
 
 @pytest.mark.parametrize("alias", ALIASES)
