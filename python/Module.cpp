@@ -163,7 +163,7 @@ public:
     CDecodedBatch& operator*() const noexcept { return *m_pBatch; }
 
 private:
-    static constexpr std::size_t kKeptBatchBytes = 1u << 20;
+    static constexpr std::size_t kKeptBatchBytes = 8u << 20;
     static thread_local CDecodedBatch t_batch;
     static thread_local bool t_bBusy;
 
