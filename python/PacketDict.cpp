@@ -334,9 +334,13 @@ struct SPacketKey {
 };
 CDictTemplates<SPacketKey>* g_pPacketTemplates = nullptr;
 
-// A copy of pTemplate with the given values set; a new reference.
+// A copy of pTemplate with the given values set; a new reference. The copy
+// makes objects, which may run a collection and with it a finaliser that
+// decodes too and takes the template's cache slot: the template is held
+// meanwhile.
 PyObject* CopyWith(PyObject* pTemplate, std::initializer_list<std::pair<PyObject*, PyObject*>> values)
 {
+    const py::object held = py::reinterpret_borrow<py::object>(pTemplate);
     PyObject* pDict = pTemplate ? PyDict_Copy(pTemplate) : nullptr;
     if (!pDict) {
         for (const auto& kv : values)
