@@ -3,14 +3,7 @@
 # tool, the library, the headers of every library folder and the files that
 # find them, all under /usr.
 
-function(run_checked)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL 0)
-    string(REPLACE ";" " " command "${ARGN}")
-    message(FATAL_ERROR "failed (${rc}): ${command}\n${out}\n${err}")
-  endif()
-  set(run_output "${out}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/RunChecked.cmake)
 
 set(out_dir ${WORK_DIR}/deb)
 file(REMOVE_RECURSE ${out_dir})

@@ -6,14 +6,7 @@
 #   readme        check that the README shows the consumer's files as they are
 # CXX and CXX_FLAGS are the compiler and extra flags of the build.
 
-function(run_checked)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL 0)
-    string(REPLACE ";" " " command "${ARGN}")
-    message(FATAL_ERROR "failed (${rc}): ${command}\n${out}\n${err}")
-  endif()
-  set(run_output "${out}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/RunChecked.cmake)
 
 # The consumer prints the eleven fields of its Command Block Wrapper.
 function(check_consumer_output output)
@@ -68,12 +61,9 @@ elseif(STEP STREQUAL "pkg_config")
   set(build ${WORK_DIR}/consumer-pkg-config)
   file(REMOVE_RECURSE ${build})
   file(COPY ${consumer}/main.cpp DESTINATION ${build})
-  execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${PREFIX}/${LIBDIR}/pkgconfig sh -c "${command}"
-                  WORKING_DIRECTORY ${build} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL 0)
-    message(FATAL_ERROR "failed (${rc}): ${command}\n${out}\n${err}")
-  endif()
-  check_consumer_output("${out}")
+  run_checked(${CMAKE_COMMAND} -E chdir ${build}
+              ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${PREFIX}/${LIBDIR}/pkgconfig sh -c "${command}")
+  check_consumer_output("${run_output}")
 
 elseif(STEP STREQUAL "readme")
   file(READ ${SOURCE_DIR}/README.md readme)

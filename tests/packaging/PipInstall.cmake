@@ -4,14 +4,7 @@
 # pip makes leaves the work tree alone. Nothing comes from a package index.
 # Set: SOURCE_DIR, WORK_DIR, PYTHON (the system interpreter).
 
-function(run_checked)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  if(NOT rc EQUAL 0)
-    string(REPLACE ";" " " command "${ARGN}")
-    message(FATAL_ERROR "failed (${rc}): ${command}\n${out}\n${err}")
-  endif()
-  set(run_output "${out}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/RunChecked.cmake)
 
 set(clone ${WORK_DIR}/source)
 set(venv ${WORK_DIR}/venv)
