@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "core/AdvAnlzData.h"
@@ -81,13 +82,17 @@ public:
     unsigned short GetFieldId() const noexcept { return m_nFieldId; }
     int GetSize() const noexcept { return static_cast<int>(m_aOptions.size()); }
     const SFieldOption& GetAt(int i) const { return m_aOptions[static_cast<std::size_t>(i)]; }
-    void Add(const SFieldOption& option) { m_aOptions.push_back(option); }
+    void Add(const SFieldOption& option);
     // The first option whose range holds the value, or null.
     const SFieldOption* Find(const CAdvAnlzData& value) const noexcept;
 
 private:
     unsigned short m_nFieldId;
     std::vector<SFieldOption> m_aOptions;
+    // The bounds as numbers, while every bound fits 64 bits: a value of up to
+    // 64 bits is then found by comparing numbers only.
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> m_aNumericBounds;
+    bool m_bNumericBounds = true;
 };
 
 // One row of a decoder's option table: option id, value range, name and

@@ -5,8 +5,25 @@
 const CRuntimeClass CProtocolSpec::classCProtocolSpec = {"CProtocolSpec", static_cast<int>(sizeof(CProtocolSpec)),
                                                          &CObject::classCObject};
 
+void CFieldOptionList::Add(const SFieldOption& option)
+{
+    m_aOptions.push_back(option);
+    m_bNumericBounds = m_bNumericBounds && option.m_Low.GetLength() <= 64 && option.m_High.GetLength() <= 64;
+    if (m_bNumericBounds)
+        m_aNumericBounds.emplace_back(option.m_Low.GetNumber64(), option.m_High.GetNumber64());
+    else
+        m_aNumericBounds.clear();
+}
+
 const SFieldOption* CFieldOptionList::Find(const CAdvAnlzData& value) const noexcept
 {
+    if (m_bNumericBounds && value.GetLength() <= 64) {
+        const std::uint64_t n = value.GetNumber64();
+        for (std::size_t i = 0; i < m_aNumericBounds.size(); ++i)
+            if (m_aNumericBounds[i].first <= n && n <= m_aNumericBounds[i].second)
+                return &m_aOptions[i];
+        return nullptr;
+    }
     for (const SFieldOption& option : m_aOptions)
         if (option.Matches(value))
             return &option;
