@@ -44,13 +44,11 @@ std::string Where(std::uint64_t nNumber, std::uint64_t nOffset)
 
 // ------------------------------------------------------------------ pcap
 
-// pcap and pcapng through libpcap, fed from our input so that standard
-// input and the sniffed bytes work alike.
+// pcap through libpcap, fed from our input so that standard input and the
+// sniffed bytes work alike.
 class CPcapReader : public CCaptureReader {
 public:
-    CPcapReader(ECaptureFormat eFormat, std::unique_ptr<CInput> pInput) : CCaptureReader(eFormat, std::move(pInput))
-    {
-    }
+    explicit CPcapReader(std::unique_ptr<CInput> pInput) : CCaptureReader(CaptureFormatPcap, std::move(pInput)) {}
     ~CPcapReader() override
     {
         if (m_pPcap)
@@ -72,6 +70,10 @@ public:
             return false;
         }
         m_nLinkType = pcap_datalink(m_pPcap);
+        if (!KnownLinkType(m_nLinkType)) {
+            strError = "not a readable pcap file: the link type " + std::to_string(m_nLinkType) + " is unknown";
+            return false;
+        }
         return true;
     }
 
@@ -549,6 +551,21 @@ const char* CCaptureReader::FormatName(ECaptureFormat eFormat) noexcept
     return "unknown";
 }
 
+const char* CCaptureReader::LinkTypeName(int nLinkType) noexcept
+{
+    switch (nLinkType) {
+    case LinkTypeBtSnoopHCI: return "BTSNOOP_HCI";
+    case LinkTypeBtSnoopH4: return "BTSNOOP_HCI_UART";
+    case LinkTypeBtSnoopMonitor: return "BTSNOOP_LINUX_MONITOR";
+    default: return pcap_datalink_val_to_name(nLinkType);
+    }
+}
+
+bool CCaptureReader::KnownLinkType(int nLinkType) noexcept
+{
+    return LinkTypeName(nLinkType) != nullptr;
+}
+
 std::unique_ptr<CCaptureReader> CCaptureReader::Open(const std::string& strPath, std::string& strError)
 {
     std::uint64_t nSize = 0;
@@ -571,13 +588,14 @@ std::unique_ptr<CCaptureReader> CCaptureReader::Open(const std::string& strPath,
 
     const std::uint32_t nMagic = nHead >= 4 ? BigEndian32(aHead) : 0;
     std::unique_ptr<CCaptureReader> pReader;
-    if (nMagic == 0xA1B2C3D4 || nMagic == 0xD4C3B2A1 || nMagic == 0xA1B23C4D || nMagic == 0x4D3CB2A1 ||
-        nMagic == 0x0A0D0D0A) {
-        auto pPcap = std::make_unique<CPcapReader>(nMagic == 0x0A0D0D0A ? CaptureFormatPcapNg : CaptureFormatPcap,
-                                                   std::move(pInput));
+    if (nMagic == 0xA1B2C3D4 || nMagic == 0xD4C3B2A1 || nMagic == 0xA1B23C4D || nMagic == 0x4D3CB2A1) {
+        auto pPcap = std::make_unique<CPcapReader>(std::move(pInput));
         if (!pPcap->Start(strError))
             return nullptr;
         pReader = std::move(pPcap);
+    } else if (nMagic == 0x0A0D0D0A) {
+        if (!(pReader = OpenPcapNg(std::move(pInput), strError)))
+            return nullptr;
     } else if (nHead == 8 && std::memcmp(aHead, "btsnoop\0", 8) == 0) {
         auto pBtSnoop = std::make_unique<CBtSnoopReader>(std::move(pInput));
         if (!pBtSnoop->Start(strError))

@@ -1,6 +1,7 @@
-// Capture files read record by record: pcap and pcapng (through libpcap),
-// btsnoop, and the Linux usbmon text format. One record is held at a time,
-// so memory stays flat whatever the size of the file.
+// Capture files read record by record: pcap (through libpcap), pcapng (our
+// own reader, since libpcap refuses interfaces of different link types in
+// one file), btsnoop, and the Linux usbmon text format. One record is held at
+// a time, so memory stays flat whatever the size of the file.
 //
 // usbmon text lines are turned into records of link type 189 (Linux USB,
 // the 48-byte usbmon header followed by the data the line holds), so that
@@ -32,7 +33,7 @@ enum : int {
     LinkTypeUsbPcap = 249,
     LinkTypeBtSnoopHCI = 1001,     // HCI without transport byte; kind from the flags
     LinkTypeBtSnoopH4 = 1002,      // HCI UART: an H4 type byte leads each record
-    LinkTypeBtSnoopMonitor = 2001, // Linux monitor: the opcode in the flags' high half
+    LinkTypeBtSnoopMonitor = 2001, // Linux monitor: the opcode in the flags' low half, the index in the high
 };
 
 // The largest record any reader accepts.
@@ -41,7 +42,7 @@ constexpr std::uint32_t kMaxCaptureRecord = 256 * 1024;
 struct SCaptureRecord {
     std::uint64_t nNumber = 0;       // from 1, in file order
     std::int64_t nTimeMicros = 0;    // microseconds since the epoch (usbmon text: as the file counts)
-    int nLinkType = 0;
+    int nLinkType = 0;               // pcapng: that of the record's interface
     std::uint32_t nFlags = 0;        // btsnoop: the record flags; else 0
     std::uint32_t nOriginalLength = 0;
     std::uint64_t nOffset = 0;       // byte offset of the record (of its line, for text) in the file
@@ -80,11 +81,18 @@ public:
     std::uint64_t FileSize() const noexcept { return m_nFileSize; }
 
     static const char* FormatName(ECaptureFormat eFormat) noexcept;
+    // libpcap's name of a link type ("EN10MB"), or null for a number that
+    // names no link type.
+    static const char* LinkTypeName(int nLinkType) noexcept;
+
+    class CInput;
 
 protected:
-    class CInput;
     CCaptureReader(ECaptureFormat eFormat, std::unique_ptr<CInput> pInput);
     ECaptureStatus Damaged(std::uint64_t nNumber, std::uint64_t nOffset, const std::string& strWhat);
+    // Says which link types a reader takes: those that libpcap names, and
+    // the btsnoop datalinks.
+    static bool KnownLinkType(int nLinkType) noexcept;
 
     ECaptureFormat m_eFormat;
     int m_nLinkType = 0;
@@ -120,3 +128,6 @@ private:
     std::vector<std::uint8_t> m_aPushed;
     std::uint64_t m_nPosition = 0;
 };
+
+// A pcapng reader over an input whose first bytes are a section header.
+std::unique_ptr<CCaptureReader> OpenPcapNg(std::unique_ptr<CCaptureReader::CInput> pInput, std::string& strError);

@@ -5,11 +5,14 @@
 #include <array>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
+#include "capture/CaptureReader.h"
+#include "capture/CaptureRouter.h"
 #include "hci/HCISpec.h"
 #include "tests/TestUtil.h"
-#include "tools/BtSnoop.h"
 
 namespace {
 
@@ -23,6 +26,25 @@ void PrintTo(const SCapture& c, std::ostream* os)
     *os << c.pszFile;
 }
 
+// The HCI packets of a capture as the capture routes give them: bytes and kind.
+struct SRawPacket {
+    int nKind;
+    std::vector<std::uint8_t> aBytes;
+};
+
+class CCollect : public ICaptureSink {
+public:
+    void Payload(const SRoutedPayload& payload) override
+    {
+        EXPECT_STREQ(payload.pEntry->pszAlias, "hci");
+        aPackets.push_back({payload.options.nHCIKind, std::vector<std::uint8_t>(payload.pData, payload.pData + payload.nData)});
+    }
+    void Unrouted(const SUnroutedRecord&) override { ++nSkipped; }
+
+    std::vector<SRawPacket> aPackets;
+    std::size_t nSkipped = 0;
+};
+
 class HCICapture : public ::testing::TestWithParam<SCapture> {};
 
 TEST_P(HCICapture, EveryPacketDecodesWhole)
@@ -30,13 +52,20 @@ TEST_P(HCICapture, EveryPacketDecodesWhole)
     const std::string strPath = std::string(BUSDECODE_CAPTURES_DIR) + "/" + GetParam().pszFile;
     if (!std::ifstream(strPath))
         GTEST_SKIP() << "capture not found: " << strPath;
-    const SBtSnoopFile capture = ReadBtSnoop(strPath);
-    ASSERT_TRUE(capture.bOK) << capture.strError;
+    std::string strError;
+    const std::unique_ptr<CCaptureReader> pReader = CCaptureReader::Open(strPath, strError);
+    ASSERT_TRUE(pReader) << strError;
+    CCollect capture;
+    CCaptureRouter router(capture);
+    SCaptureRecord record;
+    while (pReader->Next(record) == CaptureRecord)
+        router.Feed(record);
+    ASSERT_TRUE(pReader->ErrorText().empty()) << pReader->ErrorText();
 
     std::array<std::size_t, 5> aKinds{};
     std::map<std::string, std::size_t> mapCommandNames;
     CHCIPacket packet;
-    for (const SBtSnoopPacket& raw : capture.aPackets) {
+    for (const SRawPacket& raw : capture.aPackets) {
         ++aKinds[static_cast<std::size_t>(raw.nKind)];
         const CAdvAnlzData data = CAdvAnlzData::FromBytes(raw.aBytes.data(), static_cast<std::uint32_t>(raw.aBytes.size() * 8));
         ASSERT_EQ(packet.RestructBy(data, static_cast<EHCIPacketKind>(raw.nKind)), 1);
