@@ -92,6 +92,15 @@ public:
             return Damaged(nNumber, static_cast<std::uint64_t>(nOffset),
                            "record length " + std::to_string(pHeader->caplen) + " is larger than " +
                                std::to_string(kMaxCaptureRecord) + " bytes");
+        // libpcap cuts a record longer than the snapshot length to it and
+        // skips the rest; the file's own length says what the record claimed.
+        const long nNext = std::ftell(pcap_file(m_pPcap));
+        const int nSnapLength = pcap_snapshot(m_pPcap);
+        if (nOffset >= 0 && nNext >= nOffset + 16 && nSnapLength > 0 &&
+            static_cast<unsigned long>(nNext - nOffset - 16) > static_cast<unsigned long>(nSnapLength))
+            return Damaged(nNumber, static_cast<std::uint64_t>(nOffset),
+                           "record length " + std::to_string(nNext - nOffset - 16) +
+                               " is larger than the snapshot length " + std::to_string(nSnapLength));
         ++m_nRecords;
         record.nNumber = nNumber;
         record.nTimeMicros = static_cast<std::int64_t>(pHeader->ts.tv_sec) * 1000000 + pHeader->ts.tv_usec;
@@ -557,8 +566,15 @@ const char* CCaptureReader::LinkTypeName(int nLinkType) noexcept
     case LinkTypeBtSnoopHCI: return "BTSNOOP_HCI";
     case LinkTypeBtSnoopH4: return "BTSNOOP_HCI_UART";
     case LinkTypeBtSnoopMonitor: return "BTSNOOP_LINUX_MONITOR";
-    default: return pcap_datalink_val_to_name(nLinkType);
+    default: break;
     }
+    // The sixteen link types left to private use (147 to 162).
+    static const char* const s_apszUser[] = {"USER0",  "USER1",  "USER2",  "USER3", "USER4",  "USER5",
+                                             "USER6",  "USER7",  "USER8",  "USER9", "USER10", "USER11",
+                                             "USER12", "USER13", "USER14", "USER15"};
+    if (nLinkType >= 147 && nLinkType <= 162)
+        return s_apszUser[nLinkType - 147];
+    return pcap_datalink_val_to_name(nLinkType);
 }
 
 bool CCaptureReader::KnownLinkType(int nLinkType) noexcept

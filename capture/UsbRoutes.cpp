@@ -11,6 +11,7 @@
 namespace {
 
 constexpr std::uint8_t kGetDescriptor = 6;
+constexpr std::uint8_t kGetDeviceId = 0;  // printer class
 constexpr std::uint8_t kDescriptorHID = 0x21;
 constexpr std::uint8_t kDescriptorReport = 0x22;
 constexpr std::uint8_t kDescriptorPhysical = 0x23;
@@ -155,6 +156,13 @@ void CCaptureRouter::RouteControlTransfer(const SCaptureRecord& record, const SU
         nInterface = nIndexLow;
     else if (nRecipient == 2)
         nInterface = m_devices.InterfaceOf(transfer.nBus, transfer.nDevice, nIndexLow);
+    // The printer's GET_DEVICE_ID names its interface in the high byte of
+    // wIndex (the low byte is the alternate setting).
+    if (nType == 1 && nRecipient == 1 && nRequest == kGetDeviceId) {
+        const SUsbClass high = m_devices.ClassOf(transfer.nBus, transfer.nDevice, transfer.aSetup[5]);
+        if (high.bKnown && high.nClass == UsbClassPrinter)
+            nInterface = transfer.aSetup[5];
+    }
 
     // Setup-shaped payloads: the eight setup bytes, then the data stage.
     m_aPayload.assign(transfer.aSetup, transfer.aSetup + 8);

@@ -31,12 +31,19 @@ const CReqRespProtocolPacket* AsReqResp(const CProtocolPacket& packet)
     return dynamic_cast<const CReqRespProtocolPacket*>(&packet);
 }
 
-// Seconds since the epoch with six decimals, exactly as the microseconds say.
-std::string TimeText(std::int64_t nMicros)
+// Seconds since the epoch with six decimals, exactly as the microseconds
+// say; returns the characters written.
+int FormatTime(char* psz, std::size_t nSize, std::int64_t nMicros)
 {
     const std::uint64_t nAbs = nMicros < 0 ? 0 - static_cast<std::uint64_t>(nMicros) : static_cast<std::uint64_t>(nMicros);
-    char sz[48];
-    std::snprintf(sz, sizeof sz, "%s%" PRIu64 ".%06" PRIu64, nMicros < 0 ? "-" : "", nAbs / 1000000, nAbs % 1000000);
+    return std::snprintf(psz, nSize, "%s%" PRIu64 ".%06" PRIu64, nMicros < 0 ? "-" : "", nAbs / 1000000,
+                         nAbs % 1000000);
+}
+
+std::string TimeText(std::int64_t nMicros)
+{
+    char sz[32];
+    FormatTime(sz, sizeof sz, nMicros);
     return sz;
 }
 
@@ -60,28 +67,29 @@ const char* DirectionName(EBluetoothDirection eDirection)
     }
 }
 
-// The "link" object of a capture line.
-std::string LinkJson(const SPacketLink& link)
+// The keys a capture adds behind those of the payload form: "frame",
+// "time" and the "link" object, written out with a leading comma.
+void WriteOriginJson(std::uint64_t nFrame, std::int64_t nTime, const SPacketLink& link)
 {
-    char sz[160];
+    char sz[256];
+    int n = std::snprintf(sz, sizeof sz, ",\"frame\":%" PRIu64 ",\"time\":", nFrame);
+    n += FormatTime(sz + n, sizeof sz - static_cast<std::size_t>(n), nTime);
+    const std::size_t nRoom = sizeof sz - static_cast<std::size_t>(n);
     switch (link.eKind) {
     case SPacketLink::Usb:
-        std::snprintf(sz, sizeof sz, "{\"bus\":%u,\"device\":%u,\"endpoint\":%u,\"direction\":\"%s\",\"transfer\":\"%s\"}",
-                      link.nBus, link.nDevice, link.nEndpoint, link.bIn ? "in" : "out", TransferName(link.eTransfer));
-        return sz;
+        n += std::snprintf(sz + n, nRoom,
+                           ",\"link\":{\"bus\":%u,\"device\":%u,\"endpoint\":%u,\"direction\":\"%s\",\"transfer\":\"%s\"}",
+                           link.nBus, link.nDevice, link.nEndpoint, link.bIn ? "in" : "out", TransferName(link.eTransfer));
+        break;
     case SPacketLink::Bluetooth:
-        std::snprintf(sz, sizeof sz, "{\"direction\":\"%s\",\"hci_kind\":%d}", DirectionName(link.eDirection),
-                      link.nHCIKind);
-        return sz;
+        n += std::snprintf(sz + n, nRoom, ",\"link\":{\"direction\":\"%s\",\"hci_kind\":%d}",
+                           DirectionName(link.eDirection), link.nHCIKind);
+        break;
     default:
-        return "{}";
+        n += std::snprintf(sz + n, nRoom, ",\"link\":{}");
+        break;
     }
-}
-
-// The keys a capture adds behind those of the payload form.
-std::string OriginJson(std::uint64_t nFrame, std::int64_t nTime, const SPacketLink& link)
-{
-    return "\"frame\":" + std::to_string(nFrame) + ",\"time\":" + TimeText(nTime) + ",\"link\":" + LinkJson(link);
+    std::cout.write(sz, n);
 }
 
 // "frame 12 at 1386953826.123456, usb 1.5 endpoint 2 in bulk"
@@ -159,14 +167,16 @@ void WriteJson(const SDecoderEntry& entry, const CProtocolPacket& packet, int nR
             }
         }
     }
-    std::string strLine = j.dump(-1, ' ', false, Json::error_handler_t::replace);
-    if (pOrigin) {
-        // The object always has keys: its closing brace makes room for the
-        // capture's keys.
-        strLine.pop_back();
-        strLine += "," + OriginJson(pOrigin->nFrame, pOrigin->nTime, pOrigin->link) + "}";
+    const std::string strLine = j.dump(-1, ' ', false, Json::error_handler_t::replace);
+    if (!pOrigin) {
+        std::cout << strLine << "\n";
+        return;
     }
-    std::cout << strLine << "\n";
+    // The object always has keys: the capture's keys go before its closing
+    // brace.
+    std::cout.write(strLine.data(), static_cast<std::streamsize>(strLine.size() - 1));
+    WriteOriginJson(pOrigin->nFrame, pOrigin->nTime, pOrigin->link);
+    std::cout << "}\n";
 }
 
 void WriteText(const SDecoderEntry& entry, const CProtocolPacket& packet, int nResult, std::size_t nBytes,
@@ -284,9 +294,12 @@ void CPacketWriter::Undecoded(const SUnroutedRecord& record)
     const std::string& strReason = record.pReason ? *record.pReason : std::string();
     if (m_bJson) {
         const Json reason = strReason;
-        std::cout << "{" << OriginJson(record.nFrame, record.nTime, record.link)
-                  << ",\"undecoded\":" << reason.dump(-1, ' ', false, Json::error_handler_t::replace)
-                  << ",\"length\":" << record.nData << ",\"data\":\"" << ToHex(record.pData, record.nData) << "\"}\n";
+        // The reason and the bytes, then the keys a packet of the capture
+        // ends with.
+        std::cout << "{\"undecoded\":" << reason.dump(-1, ' ', false, Json::error_handler_t::replace)
+                  << ",\"length\":" << record.nData << ",\"data\":\"" << ToHex(record.pData, record.nData) << "\"";
+        WriteOriginJson(record.nFrame, record.nTime, record.link);
+        std::cout << "}\n";
         return;
     }
     std::string strData = ToHex(record.pData, std::min(record.nData, kTextValueBytes));
