@@ -15,7 +15,6 @@ constexpr std::uint32_t kInterfaceDescription = 1;
 constexpr std::uint32_t kObsoletePacket = 2;
 constexpr std::uint32_t kSimplePacket = 3;
 constexpr std::uint32_t kEnhancedPacket = 6;
-constexpr std::uint32_t kByteOrderMagic = 0x1A2B3C4D;
 // Blocks other than packets (name resolution, statistics, secrets) are read
 // past; a length beyond this is taken for damage, not for a block.
 constexpr std::uint32_t kMaxBlock = 16 * 1024 * 1024;
