@@ -63,11 +63,6 @@ CCaptureRouter::CCaptureRouter(ICaptureSink& sink, const SDecoderEntry* pForced,
             m_forcedOptions.nHIDSelector = nSelector;
 }
 
-bool CCaptureRouter::Routes(int nLinkType)
-{
-    return IsBluetooth(nLinkType) || IsUsb(nLinkType) || nLinkType == LinkTypePPP || nLinkType == LinkTypePPPHDLC;
-}
-
 void CCaptureRouter::EmitWith(const SResolvedRoute& route, std::uint64_t nFrame, std::int64_t nTime,
                               const SPacketLink& link, const std::uint8_t* pData, std::size_t nData)
 {
@@ -242,12 +237,7 @@ void CCaptureRouter::FeedForced(const SCaptureRecord& record)
             Unrouted(record, link, m_strReason = "record too short for its USB header");
             return;
         }
-        link.eKind = SPacketLink::Usb;
-        link.nBus = packet.nBus;
-        link.nDevice = packet.nDevice;
-        link.nEndpoint = packet.nEndpoint;
-        link.bIn = packet.bIn;
-        link.eTransfer = packet.eTransfer;
+        link = SPacketLink::Of(packet);
         // The setup packet, where the record holds one, and the data.
         m_aPayload.assign(packet.aSetup, packet.aSetup + (packet.bSetup ? 8 : 0));
         m_aPayload.insert(m_aPayload.end(), packet.pData, packet.pData + packet.nData);

@@ -39,6 +39,19 @@ struct SPacketLink {
     // Bluetooth
     EBluetoothDirection eDirection = BluetoothDirectionUnknown;
     int nHCIKind = 0;
+
+    // The USB link of a packet.
+    static SPacketLink Of(const SUsbPacket& packet)
+    {
+        SPacketLink link;
+        link.eKind = Usb;
+        link.nBus = packet.nBus;
+        link.nDevice = packet.nDevice;
+        link.nEndpoint = packet.nEndpoint;
+        link.bIn = packet.bIn;
+        link.eTransfer = packet.eTransfer;
+        return link;
+    }
 };
 
 struct SRoutedPayload {
@@ -81,9 +94,6 @@ public:
     // Emits the commands still open, whose status never came (at their last
     // record), as the capture ends or breaks off.
     void Finish();
-
-    // Whether the router has routes for records of this link type.
-    static bool Routes(int nLinkType);
 
 private:
     void Emit(ERoute eRoute, const SCaptureRecord& record, const SPacketLink& link, const std::uint8_t* pData,

@@ -103,13 +103,7 @@ void CCaptureRouter::FeedUsb(const SCaptureRecord& record)
         Unrouted(record, SPacketLink(), m_strReason = "record too short for its USB header");
         return;
     }
-    SPacketLink link;
-    link.eKind = SPacketLink::Usb;
-    link.nBus = packet.nBus;
-    link.nDevice = packet.nDevice;
-    link.nEndpoint = packet.nEndpoint;
-    link.bIn = packet.bIn;
-    link.eTransfer = packet.eTransfer;
+    SPacketLink link = SPacketLink::Of(packet);
     switch (packet.eTransfer) {
     case UsbControl:
         FeedUsbControl(record, packet, link);
