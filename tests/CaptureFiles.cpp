@@ -8,10 +8,11 @@
 
 namespace {
 
+// Little-endian, bytes beyond the eighth 0.
 void PutLE(Bytes& a, std::uint64_t v, int nBytes)
 {
     for (int i = 0; i < nBytes; ++i)
-        a.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+        a.push_back(i < 8 ? static_cast<std::uint8_t>(v >> (8 * i)) : 0);
 }
 
 void PutBE(Bytes& a, std::uint64_t v, int nBytes)
