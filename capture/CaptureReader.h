@@ -81,8 +81,9 @@ public:
     std::uint64_t FileSize() const noexcept { return m_nFileSize; }
 
     static const char* FormatName(ECaptureFormat eFormat) noexcept;
-    // libpcap's name of a link type ("EN10MB"), or null for a number that
-    // names no link type.
+    // The name of a link type: libpcap's ("EN10MB"), USER0 to USER15 for the
+    // private-use ones, the btsnoop datalinks'; null for a number that names
+    // no link type.
     static const char* LinkTypeName(int nLinkType) noexcept;
 
     class CInput;
@@ -90,8 +91,7 @@ public:
 protected:
     CCaptureReader(ECaptureFormat eFormat, std::unique_ptr<CInput> pInput);
     ECaptureStatus Damaged(std::uint64_t nNumber, std::uint64_t nOffset, const std::string& strWhat);
-    // Says which link types a reader takes: those that libpcap names, and
-    // the btsnoop datalinks.
+    // The link types a reader takes: those LinkTypeName names.
     static bool KnownLinkType(int nLinkType) noexcept;
 
     ECaptureFormat m_eFormat;
