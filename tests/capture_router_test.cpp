@@ -229,7 +229,6 @@ void Command(CUsbRecords& usb, std::uint32_t nTag, const Bytes& aCommand, bool b
 }
 
 const Bytes kInquiry = {0x12, 0, 0, 0, 36, 0};
-const Bytes kReadCapacity = {0x25, 0, 0, 0, 0, 0, 0, 0, 0, 0};
 const Bytes kRead8Blocks = {0x28, 0, 0, 0, 0, 0x20, 0, 0, 8, 0};
 const Bytes kTestUnitReady = {0, 0, 0, 0, 0, 0};
 const Bytes kRequestSense = {0x03, 0, 0, 0, 18, 0};
@@ -239,50 +238,6 @@ Bytes InquiryData(std::uint8_t nPeripheral)
 {
     Bytes a = Bytes{nPeripheral, 0x80, 2, 2, 31, 0, 0, 0} + Text("VENDOR  PRODUCT         1.00");
     return a;
-}
-
-TEST(CaptureRouting, BulkOnlyCommandsWithTheirDataPhaseAtTheStatus)
-{
-    for (const int nLinkType : {189, 220, 249}) {
-        CUsbRecords usb(nLinkType, 2);
-        Enumerate(usb, 6);
-        Command(usb, 1, kInquiry, true, {InquiryData(0)});
-        Command(usb, 2, kReadCapacity, true, {{0, 0, 0x0F, 0xFF, 0, 0, 2, 0}});
-        Command(usb, 3, kRead8Blocks, true, {Counting(2048, 1), Counting(2048, 2)});
-        Command(usb, 4, kTestUnitReady, false, {}, 1);
-        Command(usb, 5, kRequestSense, true, {Bytes{0x70, 0, 2, 0, 0, 0, 0, 10} + Bytes(10, 0)});
-        const std::vector<SOut> aOut = RouteUsb(nLinkType, usb);
-        // Enumeration, then per command: wrapper, command, status.
-        ASSERT_EQ(aOut.size(), 1u + 5 * 3) << "link type " << nLinkType;
-        const std::string strBot = Decoded("bot");
-        const struct {
-            std::string strDecoder;
-            Bytes aPayload;
-        } aCommands[] = {
-            {Decoded("scsi"), kInquiry + InquiryData(0)},
-            {Decoded("rbc", "scsi"), kReadCapacity + Bytes{0, 0, 0x0F, 0xFF, 0, 0, 2, 0}},
-            {Decoded("rbc", "scsi"), kRead8Blocks + Counting(2048, 1) + Counting(2048, 2)},
-            {Decoded("scsi"), kTestUnitReady},
-            {Decoded("scsi"), kRequestSense + Bytes{0x70, 0, 2, 0, 0, 0, 0, 10} + Bytes(10, 0)},
-        };
-        for (std::size_t i = 0; i < 5; ++i) {
-            const SOut& wrapper = aOut[1 + 3 * i];
-            const SOut& command = aOut[2 + 3 * i];
-            const SOut& status = aOut[3 + 3 * i];
-            EXPECT_EQ(wrapper.strWhat, strBot);
-            EXPECT_EQ(wrapper.aData.size(), 31u);
-            EXPECT_FALSE(wrapper.link.bIn);
-            EXPECT_EQ(command.strWhat, aCommands[i].strDecoder) << i;
-            EXPECT_EQ(command.aData, aCommands[i].aPayload) << i;
-            EXPECT_EQ(status.strWhat, strBot);
-            EXPECT_EQ(status.aData.size(), 13u);
-            EXPECT_EQ(command.nFrame, status.nFrame) << "the command comes out at the status, before it";
-            EXPECT_EQ(status.link.nBus, 2);
-            EXPECT_EQ(status.link.nDevice, 3);
-            EXPECT_EQ(status.link.nEndpoint, 1);
-            EXPECT_EQ(status.link.eTransfer, UsbBulk);
-        }
-    }
 }
 
 TEST(CaptureRouting, TheUnitKindChoosesTheCommandSet)
@@ -406,20 +361,17 @@ const Bytes kReset = {0x03, 0x0C, 0x00};
 INSTANTIATE_TEST_SUITE_P(
     Capture, BluetoothRouting,
     ::testing::Values(
-        SBluetoothCase{"BtSnoopHCIAclSent", 1001, 0, {0x01, 0x20, 0, 0}, 1, BluetoothSent, 4, ""},
         SBluetoothCase{"BtSnoopHCIAclReceived", 1001, 1, {0x01, 0x20, 0, 0}, 2, BluetoothReceived, 4, ""},
         SBluetoothCase{"BtSnoopHCICommand", 1001, 2, kReset, 0, BluetoothSent, 3, ""},
         SBluetoothCase{"BtSnoopHCIEvent", 1001, 3, {0x0E, 1, 1}, 4, BluetoothReceived, 3, ""},
         SBluetoothCase{"BtSnoopUartCommand", 1002, 0, Bytes{1} + kReset, 0, BluetoothSent, 3, ""},
         SBluetoothCase{"BtSnoopUartAclReceived", 1002, 1, {2, 0x01, 0x20, 0, 0}, 2, BluetoothReceived, 4, ""},
-        SBluetoothCase{"BtSnoopUartSco", 1002, 0, {3, 0x01, 0x00, 0}, 3, BluetoothSent, 3, ""},
         SBluetoothCase{"BtSnoopUartIso", 1002, 0, {5, 0, 0}, -1, BluetoothSent, 0,
                        "H4 packet type 5 (ISO data) has no HCI packet kind"},
         SBluetoothCase{"BtSnoopUartUnknownType", 1002, 0, {9}, -1, BluetoothSent, 0, "H4 packet type 9 is unknown"},
         SBluetoothCase{"BtSnoopUartEmpty", 1002, 0, {}, -1, BluetoothSent, 0, "empty record"},
         SBluetoothCase{"MonitorCommand", 2001, 0x00000002, kReset, 0, BluetoothSent, 3, ""},
         SBluetoothCase{"MonitorEventOfIndexOne", 2001, 0x00010003, {0x0E, 1, 1}, 4, BluetoothReceived, 3, ""},
-        SBluetoothCase{"MonitorAclTx", 2001, 4, {0x01, 0x20, 0, 0}, 1, BluetoothSent, 4, ""},
         SBluetoothCase{"MonitorAclRx", 2001, 5, {0x01, 0x20, 0, 0}, 2, BluetoothReceived, 4, ""},
         SBluetoothCase{"MonitorScoRx", 2001, 7, {0x01, 0x00, 0}, 3, BluetoothReceived, 3, ""},
         SBluetoothCase{"MonitorUserLogging", 2001, 0xFFFF000D, {1, 2, 3}, -1, BluetoothSent, 0,
@@ -427,7 +379,6 @@ INSTANTIATE_TEST_SUITE_P(
         SBluetoothCase{"H4Event", 187, 0, {4, 0x0E, 1, 1}, 4, BluetoothReceived, 3, ""},
         SBluetoothCase{"H4AclHasNoDirection", 187, 0, {2, 0x01, 0x20, 0, 0}, 1, BluetoothDirectionUnknown, 4, ""},
         SBluetoothCase{"H4PhdrReceivedAcl", 201, 0, {0, 0, 0, 1, 2, 0x01, 0x20, 0, 0}, 2, BluetoothReceived, 4, ""},
-        SBluetoothCase{"H4PhdrSentCommand", 201, 0, Bytes{0, 0, 0, 0, 1} + kReset, 0, BluetoothSent, 3, ""},
         SBluetoothCase{"H4PhdrTooShort", 201, 0, {0, 0}, -1, BluetoothSent, 0,
                        "record too short for its direction header"}),
     [](const ::testing::TestParamInfo<SBluetoothCase>& info) { return std::string(info.param.pszName); });
@@ -466,12 +417,7 @@ TEST(CaptureRouting, AForcedDecoderTakesEveryRecordsPayload)
     for (const SOut& o : aOut)
         EXPECT_TRUE(o.strWhat == pBot->pszClassName || o.strWhat.rfind("undecoded", 0) == 0);
 
-    // HCI packets keep their own kind; records of a link of no route go whole.
-    const SDecoderEntry* pHci = FindDecoder("hci");
-    aOut = Route(1002, {{{4, 0x0E, 1, 1}, 1}}, {}, pHci);
-    ASSERT_EQ(aOut.size(), 1u);
-    EXPECT_EQ(aOut[0].options.nHCIKind, 4);
-    EXPECT_EQ(aOut[0].aData.size(), 3u);
+    // Records of a link of no route go whole.
     aOut = Route(1, {{Counting(60), 0}}, {}, pBot);
     ASSERT_EQ(aOut.size(), 1u);
     EXPECT_EQ(aOut[0].aData, Counting(60));

@@ -301,12 +301,13 @@ TEST(CaptureTool, EverySharedCaptureDecodesWithThePacketsItsRecordsHold)
 
 // ------------------------------------------------- captures written here
 
-// A usbmon capture of a USB stick on bus 2: enumeration at address 0, its
-// new address 4, INQUIRY with its data, READ CAPACITY, READ(10) of 8 blocks,
-// a TEST UNIT READY that fails and the REQUEST SENSE after it.
-CUsbRecords MassStorageSession()
+// A capture of a USB stick on bus 2 (usbmon unless said): enumeration at
+// address 0, its new address 4, INQUIRY with its data, READ CAPACITY,
+// READ(10) of 8 blocks, a TEST UNIT READY that fails and the REQUEST SENSE
+// after it.
+CUsbRecords MassStorageSession(int nLinkType = LinkTypeUsbLinux)
 {
-    CUsbRecords usb(LinkTypeUsbLinux, 2);
+    CUsbRecords usb(nLinkType, 2);
     const Bytes aDevice = Bytes{18, 1, 0, 2, 0, 0, 0, 64, 0x81, 0x07, 0x99, 0x55, 0, 1, 1, 2, 3, 1};
     usb.Control(0, SetupPacket(0x80, 6, 0x0100, 0, 64), aDevice);
     usb.Control(0, SetupPacket(0x00, 5, 4, 0, 0));
@@ -333,15 +334,8 @@ CUsbRecords MassStorageSession()
     return usb;
 }
 
-TEST(CaptureTool, AMassStorageSessionInUsbmon)
+TEST(CaptureTool, AMassStorageSessionInEachUsbLinkType)
 {
-    const CUsbRecords usb = MassStorageSession();
-    const std::string strPath = TempCapture("session.pcap", usb.Pcap());
-    const SRun run = RunTool("--json -r " + Quote(strPath));
-    ASSERT_EQ(run.nStatus, 0) << run.strErr;
-    EXPECT_EQ(run.strErr, "");
-    const auto aLines = JsonLines<nlohmann::ordered_json>(run.strOut);
-
     const std::string strBot = FindDecoder("bot")->pszClassName, strScsi = FindDecoder("scsi")->pszClassName;
     const SDecoderEntry* pRbc = FindDecoder("rbc");
     const std::string strBlock = pRbc ? pRbc->pszClassName : strScsi;
@@ -355,6 +349,28 @@ TEST(CaptureTool, AMassStorageSessionInUsbmon)
         {strBot, nullptr},                 {strScsi, "TEST UNIT READY"}, {strBot, nullptr},
         {strBot, nullptr},                 {strScsi, "REQUEST SENSE"}, {strBot, nullptr},
     };
+    for (const int nLinkType : {LinkTypeUsbLinuxMmapped, LinkTypeUsbPcap}) {
+        SCOPED_TRACE(nLinkType);
+        const std::string strPath = TempCapture("session.pcap", MassStorageSession(nLinkType).Pcap());
+        const SRun run = RunTool("--json -r " + Quote(strPath));
+        std::remove(strPath.c_str());
+        ASSERT_EQ(run.nStatus, 0) << run.strErr;
+        const auto aLines = JsonLines(run.strOut);
+        ASSERT_EQ(aLines.size(), std::size(aExpected));
+        for (std::size_t i = 0; i < aLines.size(); ++i)
+            EXPECT_EQ(aLines[i]["decoder"], aExpected[i].strDecoder) << i;
+        for (std::size_t i = 0; i < aLines.size(); i += 3) {
+            EXPECT_LT(aLines[i]["frame"], aLines[i + 1]["frame"]);
+            EXPECT_EQ(aLines[i + 1]["frame"], aLines[i + 2]["frame"]) << "the command at its status, before it";
+        }
+    }
+
+    const CUsbRecords usb = MassStorageSession();
+    const std::string strPath = TempCapture("session.pcap", usb.Pcap());
+    const SRun run = RunTool("--json -r " + Quote(strPath));
+    ASSERT_EQ(run.nStatus, 0) << run.strErr;
+    EXPECT_EQ(run.strErr, "");
+    const auto aLines = JsonLines<nlohmann::ordered_json>(run.strOut);
     ASSERT_EQ(aLines.size(), std::size(aExpected)) << run.strOut;
     for (std::size_t i = 0; i < aLines.size(); ++i) {
         EXPECT_EQ(aLines[i]["decoder"], aExpected[i].strDecoder) << i;
@@ -363,8 +379,8 @@ TEST(CaptureTool, AMassStorageSessionInUsbmon)
         }
     }
     // The command comes out at the frame of its status, before it; the
-    // status wrapper is the 4th record of its command (wrapper S and C,
-    // data S and C, status S and C).
+    // status wrapper is the 6th record of its command (wrapper, data and
+    // status, each submitted and completed).
     EXPECT_EQ(aLines[1]["frame"], aLines[2]["frame"]);
     EXPECT_EQ(aLines[1]["frame"].get<std::uint64_t>(), 12u + 6u);
     // The keys of the payload form, unchanged and in their order, then the
