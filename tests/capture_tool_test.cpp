@@ -515,7 +515,8 @@ TEST(CaptureTool, StandardInputAndAForcedDecoder)
     ASSERT_EQ(aLines.size(), 2u);
     EXPECT_EQ(aLines[1]["link"]["hci_kind"], 4);
 
-    const SRun forced = RunTool("--json -r - bot", std::string(file.begin(), file.end()));
+    // A repeatable option takes one value: the DECODER after it stays the DECODER.
+    const SRun forced = RunTool("--json -r - --usb-class 1.2=hub bot", std::string(file.begin(), file.end()));
     ASSERT_EQ(forced.nStatus, 0) << forced.strErr;
     for (const Json& j : JsonLines(forced.strOut))
         EXPECT_EQ(j["decoder"], FindDecoder("bot")->pszClassName);

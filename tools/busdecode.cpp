@@ -281,7 +281,8 @@ int Run(int argc, char** argv)
     app.add_option("--usb-class", options.aUsbClasses,
                    "with -r: BUS.DEVICE[.INTERFACE]=NAME, the class of a USB device or interface whose "
                    "enumeration is not in the capture (hub, cdc, cdc-data, printer, hid, mass-storage, "
-                   "mass-storage-optical, hci or a class number)");
+                   "mass-storage-optical, hci or a class number); once per device or interface")
+        ->allow_extra_args(false);
     app.add_option("args", options.aArgs, "DECODER then HEX payloads, or list, or fields DECODER");
     try {
         app.parse(argc, argv);
