@@ -44,13 +44,11 @@ std::string Where(std::uint64_t nNumber, std::uint64_t nOffset)
 
 // ------------------------------------------------------------------ pcap
 
-// pcap and pcapng through libpcap, fed from our input so that standard
-// input and the sniffed bytes work alike.
+// pcap through libpcap, fed from our input so that standard input and the
+// sniffed bytes work alike.
 class CPcapReader : public CCaptureReader {
 public:
-    CPcapReader(ECaptureFormat eFormat, std::unique_ptr<CInput> pInput) : CCaptureReader(eFormat, std::move(pInput))
-    {
-    }
+    explicit CPcapReader(std::unique_ptr<CInput> pInput) : CCaptureReader(CaptureFormatPcap, std::move(pInput)) {}
     ~CPcapReader() override
     {
         if (m_pPcap)
@@ -72,6 +70,10 @@ public:
             return false;
         }
         m_nLinkType = pcap_datalink(m_pPcap);
+        if (!KnownLinkType(m_nLinkType)) {
+            strError = "not a readable pcap file: the link type " + std::to_string(m_nLinkType) + " is unknown";
+            return false;
+        }
         return true;
     }
 
@@ -90,6 +92,15 @@ public:
             return Damaged(nNumber, static_cast<std::uint64_t>(nOffset),
                            "record length " + std::to_string(pHeader->caplen) + " is larger than " +
                                std::to_string(kMaxCaptureRecord) + " bytes");
+        // libpcap cuts a record longer than the snapshot length to it and
+        // skips the rest; the file's own length says what the record claimed.
+        const long nNext = std::ftell(pcap_file(m_pPcap));
+        const int nSnapLength = pcap_snapshot(m_pPcap);
+        if (nOffset >= 0 && nNext >= nOffset + 16 && nSnapLength > 0 &&
+            static_cast<unsigned long>(nNext - nOffset - 16) > static_cast<unsigned long>(nSnapLength))
+            return Damaged(nNumber, static_cast<std::uint64_t>(nOffset),
+                           "record length " + std::to_string(nNext - nOffset - 16) +
+                               " is larger than the snapshot length " + std::to_string(nSnapLength));
         ++m_nRecords;
         record.nNumber = nNumber;
         record.nTimeMicros = static_cast<std::int64_t>(pHeader->ts.tv_sec) * 1000000 + pHeader->ts.tv_usec;
@@ -549,6 +560,28 @@ const char* CCaptureReader::FormatName(ECaptureFormat eFormat) noexcept
     return "unknown";
 }
 
+const char* CCaptureReader::LinkTypeName(int nLinkType) noexcept
+{
+    switch (nLinkType) {
+    case LinkTypeBtSnoopHCI: return "BTSNOOP_HCI";
+    case LinkTypeBtSnoopH4: return "BTSNOOP_HCI_UART";
+    case LinkTypeBtSnoopMonitor: return "BTSNOOP_LINUX_MONITOR";
+    default: break;
+    }
+    // The sixteen link types left to private use (147 to 162).
+    static const char* const s_apszUser[] = {"USER0",  "USER1",  "USER2",  "USER3", "USER4",  "USER5",
+                                             "USER6",  "USER7",  "USER8",  "USER9", "USER10", "USER11",
+                                             "USER12", "USER13", "USER14", "USER15"};
+    if (nLinkType >= 147 && nLinkType <= 162)
+        return s_apszUser[nLinkType - 147];
+    return pcap_datalink_val_to_name(nLinkType);
+}
+
+bool CCaptureReader::KnownLinkType(int nLinkType) noexcept
+{
+    return LinkTypeName(nLinkType) != nullptr;
+}
+
 std::unique_ptr<CCaptureReader> CCaptureReader::Open(const std::string& strPath, std::string& strError)
 {
     std::uint64_t nSize = 0;
@@ -571,13 +604,14 @@ std::unique_ptr<CCaptureReader> CCaptureReader::Open(const std::string& strPath,
 
     const std::uint32_t nMagic = nHead >= 4 ? BigEndian32(aHead) : 0;
     std::unique_ptr<CCaptureReader> pReader;
-    if (nMagic == 0xA1B2C3D4 || nMagic == 0xD4C3B2A1 || nMagic == 0xA1B23C4D || nMagic == 0x4D3CB2A1 ||
-        nMagic == 0x0A0D0D0A) {
-        auto pPcap = std::make_unique<CPcapReader>(nMagic == 0x0A0D0D0A ? CaptureFormatPcapNg : CaptureFormatPcap,
-                                                   std::move(pInput));
+    if (nMagic == 0xA1B2C3D4 || nMagic == 0xD4C3B2A1 || nMagic == 0xA1B23C4D || nMagic == 0x4D3CB2A1) {
+        auto pPcap = std::make_unique<CPcapReader>(std::move(pInput));
         if (!pPcap->Start(strError))
             return nullptr;
         pReader = std::move(pPcap);
+    } else if (nMagic == 0x0A0D0D0A) {
+        if (!(pReader = OpenPcapNg(std::move(pInput), strError)))
+            return nullptr;
     } else if (nHead == 8 && std::memcmp(aHead, "btsnoop\0", 8) == 0) {
         auto pBtSnoop = std::make_unique<CBtSnoopReader>(std::move(pInput));
         if (!pBtSnoop->Start(strError))

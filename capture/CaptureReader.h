@@ -1,6 +1,7 @@
-// Capture files read record by record: pcap and pcapng (through libpcap),
-// btsnoop, and the Linux usbmon text format. One record is held at a time,
-// so memory stays flat whatever the size of the file.
+// Capture files read record by record: pcap (through libpcap), pcapng (our
+// own reader, since libpcap refuses interfaces of different link types in
+// one file), btsnoop, and the Linux usbmon text format. One record is held at
+// a time, so memory stays flat whatever the size of the file.
 //
 // usbmon text lines are turned into records of link type 189 (Linux USB,
 // the 48-byte usbmon header followed by the data the line holds), so that
@@ -41,7 +42,7 @@ constexpr std::uint32_t kMaxCaptureRecord = 256 * 1024;
 struct SCaptureRecord {
     std::uint64_t nNumber = 0;       // from 1, in file order
     std::int64_t nTimeMicros = 0;    // microseconds since the epoch (usbmon text: as the file counts)
-    int nLinkType = 0;
+    int nLinkType = 0;               // pcapng: that of the record's interface
     std::uint32_t nFlags = 0;        // btsnoop: the record flags; else 0
     std::uint32_t nOriginalLength = 0;
     std::uint64_t nOffset = 0;       // byte offset of the record (of its line, for text) in the file
@@ -80,11 +81,18 @@ public:
     std::uint64_t FileSize() const noexcept { return m_nFileSize; }
 
     static const char* FormatName(ECaptureFormat eFormat) noexcept;
+    // The name of a link type: libpcap's ("EN10MB"), USER0 to USER15 for the
+    // private-use ones, the btsnoop datalinks'; null for a number that names
+    // no link type.
+    static const char* LinkTypeName(int nLinkType) noexcept;
+
+    class CInput;
 
 protected:
-    class CInput;
     CCaptureReader(ECaptureFormat eFormat, std::unique_ptr<CInput> pInput);
     ECaptureStatus Damaged(std::uint64_t nNumber, std::uint64_t nOffset, const std::string& strWhat);
+    // The link types a reader takes: those LinkTypeName names.
+    static bool KnownLinkType(int nLinkType) noexcept;
 
     ECaptureFormat m_eFormat;
     int m_nLinkType = 0;
@@ -120,3 +128,6 @@ private:
     std::vector<std::uint8_t> m_aPushed;
     std::uint64_t m_nPosition = 0;
 };
+
+// A pcapng reader over an input whose first bytes are a section header.
+std::unique_ptr<CCaptureReader> OpenPcapNg(std::unique_ptr<CCaptureReader::CInput> pInput, std::string& strError);

@@ -123,6 +123,7 @@ bool CUsbControlAssembler::Finish(std::unordered_map<SKey, SOpen, SKeyHash>::ite
 
 bool CUsbControlAssembler::Add(const SUsbPacket& packet, std::uint64_t nFrame, std::int64_t nTime)
 {
+    m_bOrphan = false;
     if (packet.eTransfer != UsbControl)
         return false;
     const SKey key{packet.nId, packet.nBus};
@@ -153,8 +154,10 @@ bool CUsbControlAssembler::Add(const SUsbPacket& packet, std::uint64_t nFrame, s
     }
 
     auto it = m_mapOpen.find(key);
-    if (it == m_mapOpen.end())
+    if (it == m_mapOpen.end()) {
+        m_bOrphan = true;
         return false;
+    }
     SUsbControlTransfer& transfer = it->second.transfer;
     const bool bDeviceToHost = (transfer.aSetup[0] & 0x80) != 0;
 

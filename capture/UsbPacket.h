@@ -69,6 +69,9 @@ public:
     // transfer, which Transfer() then holds until the next call.
     bool Add(const SUsbPacket& packet, std::uint64_t nFrame, std::int64_t nTime);
     const SUsbControlTransfer& Transfer() const noexcept { return m_done; }
+    // After Add returned false: whether the packet belonged to no open
+    // transfer (its setup stage is not in the capture, or was dropped).
+    bool Orphan() const noexcept { return m_bOrphan; }
     std::size_t Open() const noexcept { return m_mapOpen.size(); }
     void Clear() { m_mapOpen.clear(); }
 
@@ -95,4 +98,5 @@ private:
     std::unordered_map<SKey, SOpen, SKeyHash> m_mapOpen;
     std::uint64_t m_nSequence = 0;
     SUsbControlTransfer m_done;
+    bool m_bOrphan = false;
 };

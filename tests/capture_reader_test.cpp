@@ -11,6 +11,7 @@
 
 #include "capture/CaptureReader.h"
 #include "capture/UsbPacket.h"
+#include "tests/CaptureFiles.h"
 
 namespace {
 
@@ -19,17 +20,6 @@ const std::string kCaptures = BUSDECODE_CAPTURES_DIR;
 bool Exists(const std::string& strPath)
 {
     return std::ifstream(strPath).good();
-}
-
-std::string TempPath(const std::string& strName)
-{
-    return ::testing::TempDir() + "capture_reader_" + std::to_string(::getpid()) + "_" + strName;
-}
-
-void Write(const std::string& strPath, const std::vector<std::uint8_t>& aBytes)
-{
-    std::ofstream out(strPath, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(aBytes.data()), static_cast<std::streamsize>(aBytes.size()));
 }
 
 struct SReadAll {
@@ -177,123 +167,104 @@ TEST(CaptureUsb, LineCodingDataRidesWithTheSetup)
     FAIL() << "no SET_LINE_CODING found";
 }
 
-std::vector<std::uint8_t> BtSnoopHeader(std::uint32_t nDatalink)
+class DamagedCapture : public ::testing::TestWithParam<SDamagedCapture> {};
+
+
+TEST_P(DamagedCapture, StopsAtTheFaultNamingRecordAndOffset)
 {
-    std::vector<std::uint8_t> a = {'b', 't', 's', 'n', 'o', 'o', 'p', 0, 0, 0, 0, 1};
-    for (int i = 3; i >= 0; --i)
-        a.push_back(static_cast<std::uint8_t>(nDatalink >> (8 * i)));
-    return a;
-}
-
-void PutRecord(std::vector<std::uint8_t>& a, std::uint32_t nOriginal, std::uint32_t nIncluded,
-               const std::vector<std::uint8_t>& aData)
-{
-    for (std::uint32_t v : {nOriginal, nIncluded, 1u, 0u, 0u, 0u})
-        for (int i = 3; i >= 0; --i)
-            a.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
-    a.insert(a.end(), aData.begin(), aData.end());
-}
-
-struct SDamageCase {
-    const char* pszName;
-    std::vector<std::uint8_t> aFile;
-    bool bOpens;
-    std::uint64_t nRecords;   // whole records before the fault
-    const char* pszError;     // a piece of the error text
-};
-
-void PrintTo(const SDamageCase& c, std::ostream* os) { *os << c.pszName; }
-
-std::vector<std::uint8_t> TwoRecordsThen(std::vector<std::uint8_t> aTail)
-{
-    std::vector<std::uint8_t> a = BtSnoopHeader(1002);
-    PutRecord(a, 4, 4, {1, 3, 0x0C, 0});
-    PutRecord(a, 4, 4, {1, 3, 0x0C, 0});
-    a.insert(a.end(), aTail.begin(), aTail.end());
-    return a;
-}
-
-class DamagedCaptures : public ::testing::TestWithParam<SDamageCase> {};
-
-TEST_P(DamagedCaptures, StopAtTheFaultNamingRecordAndOffset)
-{
-    const SDamageCase& c = GetParam();
-    const std::string strPath = TempPath(c.pszName);
-    Write(strPath, c.aFile);
+    const SDamagedCapture& c = GetParam();
+    const std::string strPath = TempCapture(c.pszName, c.aFile);
     const SReadAll r = ReadAll(strPath);
     std::remove(strPath.c_str());
     EXPECT_EQ(r.eLast, CaptureDamaged);
-    EXPECT_EQ(r.nRecords, c.nRecords);
-    EXPECT_NE(r.strError.find(c.pszError), std::string::npos) << r.strError;
+    EXPECT_EQ(r.nRecords, c.nWhole);
+    EXPECT_NE(r.strError.find(c.strError), std::string::npos) << r.strError;
 }
 
-std::vector<std::uint8_t> CutRecord()
+INSTANTIATE_TEST_SUITE_P(Capture, DamagedCapture, ::testing::ValuesIn(DamagedCaptures()),
+                         [](const ::testing::TestParamInfo<SDamagedCapture>& info) {
+                             return std::string(info.param.pszName);
+                         });
+
+// Records of a pcapng file: link type and time of each.
+std::vector<std::pair<int, std::int64_t>> PcapNgRecords(const Bytes& aFile, std::string& strError)
 {
-    std::vector<std::uint8_t> a;
-    PutRecord(a, 10, 10, {1, 2, 3});
+    std::vector<std::pair<int, std::int64_t>> a;
+    const std::string strPath = TempCapture("records.pcapng", aFile);
+    std::unique_ptr<CCaptureReader> pReader = CCaptureReader::Open(strPath, strError);
+    std::remove(strPath.c_str());
+    if (!pReader)
+        return a;
+    SCaptureRecord record;
+    while (pReader->Next(record) == CaptureRecord)
+        a.emplace_back(record.nLinkType, record.nTimeMicros);
+    strError = pReader->ErrorText();
     return a;
 }
 
-std::vector<std::uint8_t> AbsurdRecord()
+TEST(CapturePcapNg, InterfacesOfDifferentLinkTypesAndTimeResolutions)
 {
-    std::vector<std::uint8_t> a;
-    PutRecord(a, 0xFFFFFFFFu, 0xFFFFFFF0u, {});
-    return a;
+    Bytes file = PcapNgSection();
+    PutPcapNgInterface(file, 201, 0, 9);          // nanoseconds
+    PutPcapNgInterface(file, 189, 0, 0x80 | 20);  // 2^-20 seconds
+    // A name resolution block, which carries nothing read here.
+    file = file + Bytes{4, 0, 0, 0, 16, 0, 0, 0, 0, 0, 0, 0, 16, 0, 0, 0};
+    PutPcapNgPacket(file, 0, 1500000000123456789ull, {0, 0, 0, 0, 1, 3, 0x0C, 0});
+    PutPcapNgPacket(file, 1, (5ull << 20) | (1ull << 19), Bytes(48, 0));
+    PutPcapNgPacket(file, 0, 1000, {});
+    // A new section forgets the interfaces of the last.
+    file = file + PcapNgSection();
+    PutPcapNgInterface(file, 249);
+    PutPcapNgPacket(file, 0, 7, Bytes(27, 0));
+    std::string strError;
+    const auto aRecords = PcapNgRecords(file, strError);
+    EXPECT_EQ(strError, "");
+    const std::vector<std::pair<int, std::int64_t>> aExpected = {
+        {201, 1500000000123456}, {189, 5500000}, {201, 1}, {249, 7}};
+    EXPECT_EQ(aRecords, aExpected);
 }
 
-std::vector<std::uint8_t> TruncatedPcap()
+TEST(CapturePcapNg, BigEndianSections)
 {
-    // Little-endian pcap, link type 9, one whole record, then a record cut
-    // inside its data.
-    std::vector<std::uint8_t> a = {0xD4, 0xC3, 0xB2, 0xA1, 2, 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                                   0xFF, 0xFF, 0, 0, 9, 0, 0, 0};
-    const std::vector<std::uint8_t> aRecord = {0, 0, 0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 4, 0, 0, 0, 0xC0, 0x21, 1, 2};
-    a.insert(a.end(), aRecord.begin(), aRecord.end());
-    a.insert(a.end(), aRecord.begin(), aRecord.end() - 2);
-    return a;
+    const auto BE = [](Bytes& a, std::uint32_t v, int n) {
+        for (int i = n - 1; i >= 0; --i)
+            a.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+    };
+    Bytes file;
+    for (std::uint32_t v : {0x0A0D0D0Au, 28u, 0x1A2B3C4Du})
+        BE(file, v, 4);
+    BE(file, 1, 2);
+    BE(file, 0, 2);
+    BE(file, 0xFFFFFFFF, 4);
+    BE(file, 0xFFFFFFFF, 4);
+    BE(file, 28, 4);
+    for (std::uint32_t v : {1u, 20u})
+        BE(file, v, 4);
+    BE(file, 220, 2);
+    BE(file, 0, 2);
+    for (std::uint32_t v : {0u, 20u, 6u, 36u, 0u, 0u, 3000000u, 4u, 4u, 0x01020304u, 36u})
+        BE(file, v, 4);
+    std::string strError;
+    const auto aRecords = PcapNgRecords(file, strError);
+    EXPECT_EQ(strError, "");
+    EXPECT_EQ(aRecords, (std::vector<std::pair<int, std::int64_t>>{{220, 3000000}}));
 }
-
-std::vector<std::uint8_t> Text(const std::string& s) { return std::vector<std::uint8_t>(s.begin(), s.end()); }
-
-INSTANTIATE_TEST_SUITE_P(
-    Capture, DamagedCaptures,
-    ::testing::Values(
-        SDamageCase{"BtSnoopCutInsideRecord", TwoRecordsThen(CutRecord()), true, 2, "record 3 at byte offset 72"},
-        SDamageCase{"BtSnoopCutInsideHeader", TwoRecordsThen({0, 0, 0}), true, 2, "ends inside the record header"},
-        SDamageCase{"BtSnoopAbsurdLength", TwoRecordsThen(AbsurdRecord()), true, 2, "larger than 262144"},
-        SDamageCase{"PcapCutInsideRecord", TruncatedPcap(), true, 1, "record 2 at byte offset 44"},
-        SDamageCase{"UsbmonTextBadLine",
-                    Text("e8531100 0.314988 S Ci:1:001:0 s a3 00 0000 0003 0004 4 <\nhello world\n"), true, 1,
-                    "record 2 at byte offset 58: not a usbmon text line"}),
-    [](const ::testing::TestParamInfo<SDamageCase>& info) { return std::string(info.param.pszName); });
 
 TEST(CaptureOpen, RefusesWhatIsNoCaptureWithOneClearText)
 {
-    struct SCase {
-        std::string strPath;
-        std::vector<std::uint8_t> aFile;
-        const char* pszError;
-    };
-    const std::string strDir = ::testing::TempDir();
-    const std::vector<SCase> aCases = {
-        {TempPath("empty"), {}, "is empty"},
-        {TempPath("noise"), Text("just some words\n"), "not a capture of a known format"},
-        {TempPath("btsnoop-other-link"), BtSnoopHeader(7), "datalink 7"},
-        {TempPath("pcap-cut-header"), {0xD4, 0xC3, 0xB2, 0xA1, 2, 0}, "not a readable pcap file"},
-    };
-    for (const SCase& c : aCases) {
-        Write(c.strPath, c.aFile);
+    for (const SUnreadableCapture& c : UnreadableCaptures()) {
+        const std::string strPath = TempCapture(c.pszName, c.aFile);
         std::string strError;
-        EXPECT_EQ(CCaptureReader::Open(c.strPath, strError), nullptr) << c.strPath;
-        EXPECT_NE(strError.find(c.pszError), std::string::npos) << c.strPath << ": " << strError;
-        std::remove(c.strPath.c_str());
+        EXPECT_EQ(CCaptureReader::Open(strPath, strError), nullptr) << c.pszName;
+        EXPECT_NE(strError.find(c.strError), std::string::npos) << c.pszName << ": " << strError;
+        std::remove(strPath.c_str());
     }
     std::string strError;
-    EXPECT_EQ(CCaptureReader::Open(strDir, strError), nullptr);
+    EXPECT_EQ(CCaptureReader::Open(::testing::TempDir(), strError), nullptr);
     EXPECT_EQ(strError, "is a directory");
     EXPECT_EQ(CCaptureReader::Open("/dev/zero", strError), nullptr);
     EXPECT_EQ(strError, "is not a regular file");
-    EXPECT_EQ(CCaptureReader::Open(TempPath("missing"), strError), nullptr);
+    EXPECT_EQ(CCaptureReader::Open(::testing::TempDir() + "no-such-capture", strError), nullptr);
     EXPECT_EQ(strError, "No such file or directory");
 }
 
