@@ -47,6 +47,13 @@ public:
             m_value.Clean();
             return m_value;
         }
+        return ReadAlways(nId, dwLength, eOrder);
+    }
+    // Reads one field whatever the stop rule says, for a field that a
+    // format adds even behind the end of the data (with length 0 there).
+    const CAdvAnlzData& ReadAlways(unsigned short nId, unsigned long dwLength = 0,
+                                   EByteOrder eOrder = ByteOrderAsStored)
+    {
         const unsigned long dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, eOrder, dwLength);
         Drop(static_cast<std::uint32_t>(dwBits));
         return m_value;

@@ -1,6 +1,8 @@
 #include "registry/DecoderRegistry.h"
 
 #include "hci/HCISpec.h"
+#include "serial/HDLCSpec.h"
+#include "serial/PPPSpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
 #include "storage/SCSIProtocol.h"
 
@@ -26,6 +28,30 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
                 return {SPacketExtra::MakeNumber("opcode_ocf", static_cast<const CHCIPacket&>(packet).GetOpCodeOCF())};
             },
         },
+        // HDLC fills a plain packet; the run of one bits it counts carries
+        // from one payload to the next.
+        SDecoderEntry{
+            "CAdvAnlzHDLCSpec",
+            "hdlc",
+            []() -> CProtocolSpec* { return CAdvAnlzHDLCSpec::GetInstance(); },
+            []() { CAdvAnlzHDLCSpec::KillInstance(); },
+            [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> {
+                return std::make_unique<CProtocolPacket>(CAdvAnlzHDLCSpec::GetInstance());
+            },
+            [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions&) {
+                return packet.RestructBy(data);
+            },
+            nullptr,
+        },
+        // PPP packets show the mask of the known protocols seen in them.
+        [] {
+            SDecoderEntry entry = MakeDecoderEntry<CAdvAnlzPPPSpec, CPPPPacket>("CAdvAnlzPPPSpec", "ppp");
+            entry.pfnExtras = [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+                return {SPacketExtra::MakeNumber("protocols_mask",
+                                                 static_cast<const CPPPPacket&>(packet).GetProtocolsMask())};
+            };
+            return entry;
+        }(),
     };
     return s_aEntries;
 }
