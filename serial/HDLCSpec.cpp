@@ -356,12 +356,14 @@ unsigned CheckProtocolAddress(CProtocolPacket& packet)
     if (nAddress == packet.GetFieldCount())
         return packet.AddPError(53), 1;
     const unsigned char nNext = static_cast<unsigned char>(nAddress + 1);
+    const bool bControl = packet.GetFieldId(nNext) == CAdvAnlzHDLCSpec::FieldControl;
     unsigned nFindings = 0;
-    if (packet.GetFieldId(nNext) != CAdvAnlzHDLCSpec::FieldControl) {
+    if (!bControl) {
         packet.AddPError(54);
         ++nFindings;
     }
-    if (packet.GetFieldValue(nAddress)->GetLength() != 8 || packet.GetFieldValue(nNext)->GetLength() != 8) {
+    if (packet.GetFieldValue(nAddress)->GetLength() != 8 ||
+        (bControl && packet.GetFieldValue(nNext)->GetLength() != 8)) {
         packet.AddPError(55);
         ++nFindings;
     }
