@@ -77,11 +77,10 @@ bool Spec::ReadBitGroups(CPPPWalk& walk, std::uint32_t nBits, std::initializer_l
     return walk.More();
 }
 
-unsigned long Spec::ReadIPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadIPPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     if (!walk.More())
-        return 0;
+        return;
     if (!ReadBitGroups(walk, 8, {{FieldIPVersion, 4}, {FieldIPHeaderLength, 4}}) ||
         !ReadBitGroups(walk, 8,
                        {{FieldIPPrecedence, 3},
@@ -90,14 +89,14 @@ unsigned long Spec::ReadIPPacket(const CAdvAnlzData& data, CProtocolPacket& pack
                         {FieldIPReliability, 1},
                         {FieldIPMonetary, 1},
                         {FieldIPTOSReserved, 1}}))
-        return walk.Consumed();
+        return;
     // The length of what follows the fixed header, in bytes; 0 means all.
     const std::uint16_t wTotalLength = walk.Read(FieldIPTotalLength);
     const std::uint32_t dwDataBits = wTotalLength == 0 ? 0 : ((wTotalLength - 20u) & 0xFFFF) * 8;
     if (!walk.ReadOn(FieldIPIdentification) ||
         !ReadBitGroups(walk, 16, {{FieldIPFlags, 3}, {FieldIPFragmentOffset, 13}}) ||
         !walk.ReadList({FieldIPTimeToLive, FieldIPProtocol, FieldIPChecksum, FieldIPSource, FieldIPDestination}))
-        return walk.Consumed();
+        return;
 
     // The byte behind the destination address is read as an option type,
     // whatever the header length says.
@@ -115,7 +114,7 @@ unsigned long Spec::ReadIPPacket(const CAdvAnlzData& data, CProtocolPacket& pack
         walk.Read(FieldIPPointer);
         std::uint32_t dwFlag = 0;
         if (!ReadBitGroups(walk, 8, {{FieldIPOverflow, 4}, {FieldIPTimestampFlag, 4}}, &dwFlag))
-            return walk.Consumed();
+            return;
         if (dwFlag == kTimestampsOnly) {
             walk.Read(FieldIPTimestamp);
         } else if (dwFlag == kTimestampsWithAddresses) {
@@ -138,7 +137,6 @@ unsigned long Spec::ReadIPPacket(const CAdvAnlzData& data, CProtocolPacket& pack
     }
     // Any other type ends the frame's reading: what follows is taken as the
     // next frame.
-    return walk.Consumed();
 }
 
 unsigned Spec::CheckIPProtocol(SCheck& check)

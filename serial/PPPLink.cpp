@@ -53,20 +53,19 @@ constexpr std::uint16_t kAuthenticationCHAP = 0xC223;
 
 // ------------------------------------------------------------------- LCP
 
-unsigned long Spec::ReadLCPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadLCPPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     if (!walk.More())
-        return 0;
+        return;
     // Whatever the code, the bytes behind the length are read as options.
     int nRemaining = static_cast<int>(ReadControlHeader(walk, FieldLCPCode)) - 4;
     while (nRemaining > 0) {
         if (!walk.More())
-            return walk.Consumed();
+            return;
         const std::uint8_t nType = walk.Read(FieldLCPType);
         --nRemaining;
         if (!walk.More() || nRemaining == 0)
-            return walk.Consumed();
+            return;
         const int nData = static_cast<int>(static_cast<std::uint8_t>(walk.Read(FieldLCPOptionLength))) - 2;
         --nRemaining;
         if (walk.More()) {
@@ -79,7 +78,6 @@ unsigned long Spec::ReadLCPPacket(const CAdvAnlzData& data, CProtocolPacket& pac
             break;
     }
     ReadLeftover(walk);
-    return walk.Consumed();
 }
 
 void Spec::ReadLCPOption(CPPPWalk& walk, std::uint8_t nType, std::uint32_t dwSize)
@@ -189,11 +187,10 @@ unsigned Spec::CheckLCPOption(SCheck& check, std::uint32_t dwType, std::uint32_t
 
 // ------------------------------------------------------------------ CHAP
 
-unsigned long Spec::ReadCHAPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadCHAPPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     if (!walk.More())
-        return 0;
+        return;
     const std::uint8_t nCode = walk.Read(FieldCHAPCode);
     walk.Read(FieldCHAPId);
     const std::uint16_t wLength = walk.Read(FieldCHAPLength);
@@ -210,7 +207,6 @@ unsigned long Spec::ReadCHAPPacket(const CAdvAnlzData& data, CProtocolPacket& pa
         if (nMessage != 0)
             walk.Read(FieldCHAPMessage, nMessage * 8u);
     }
-    return walk.Consumed();
 }
 
 unsigned Spec::CheckCHAPProtocol(SCheck& check)
@@ -244,20 +240,16 @@ unsigned Spec::CheckCHAPProtocol(SCheck& check)
 
 // ------------------------------------------------- EAP, Van Jacobson, others
 
-unsigned long Spec::ReadEAPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadEAPPacket(CPPPWalk& walk)
 {
     // Code, identifier and length; the rest of the frame is not read, so the
     // walk takes it for the next frame.
-    CPPPWalk walk = Walk(data, packet);
     ReadControlHeader(walk, FieldLCPCode);
-    return walk.Consumed();
 }
 
-unsigned long Spec::ReadVanJacobsonPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadVanJacobsonPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     walk.Read(FieldVJData);
-    return walk.Consumed();
 }
 
 unsigned Spec::CheckVanJacobson(SCheck& check, std::uint32_t dwBits)
@@ -267,13 +259,11 @@ unsigned Spec::CheckVanJacobson(SCheck& check, std::uint32_t dwBits)
     return check.Test(FieldVJData, dwBits);
 }
 
-unsigned long Spec::ReadUnDefinedPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadUnDefinedPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     // A Length of 4 leaves 0 bits, the field's default byte.
     const std::uint32_t dwLength = ReadControlHeader(walk, FieldUndefinedCode);
     walk.Read(FieldUndefinedField, (dwLength - 4) * 8);
-    return walk.Consumed();
 }
 
 unsigned Spec::CheckUnDefinedProtocolFields(SCheck& check)

@@ -85,7 +85,7 @@ unsigned short IPCPAddressField(std::uint32_t dwType)
 std::uint8_t Spec::ReadOptionLength(CPPPWalk& walk, unsigned short nId)
 {
     CAdvAnlzData value;
-    const unsigned long dwBits = ReadField(walk.Data(), walk.Packet(), nId, value, ByteOrderAsStored, 0);
+    const unsigned long dwBits = walk.Spec().ReadField(walk.Peek(8), walk.Packet(), nId, value, ByteOrderAsStored, 0);
     const std::uint8_t nLength = value;
     if (nLength >= 2)
         walk.Drop(static_cast<std::uint32_t>(dwBits));
@@ -94,15 +94,14 @@ std::uint8_t Spec::ReadOptionLength(CPPPWalk& walk, unsigned short nId)
 
 // ------------------------------------------------------------------ IPCP
 
-unsigned long Spec::ReadIPCPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadIPCPPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     if (!walk.More())
-        return 0;
+        return;
     const std::uint8_t nCode = walk.Peek(8);
     const std::uint32_t dwLength = ReadControlHeader(walk, FieldIPCPCode);
     if (!walk.More())
-        return walk.Consumed();
+        return;
     if (nCode == 0) {
         // A vendor extension: magic number, OUI and kind, then the values,
         // which stand even when they are empty.
@@ -113,7 +112,6 @@ unsigned long Spec::ReadIPCPPacket(const CAdvAnlzData& data, CProtocolPacket& pa
     } else if (dwLength != 4) {
         ReadIPCPDataOptions(walk, static_cast<std::uint16_t>(dwLength - 4));
     }
-    return walk.Consumed();
 }
 
 void Spec::ReadIPCPDataOptions(CPPPWalk& walk, std::uint16_t wRemaining)
@@ -296,19 +294,18 @@ unsigned Spec::CheckProtocolIPCPNonCompressedTCP(SCheck& check, std::uint32_t dw
 
 // ---------------------------------------------------------------- IPV6CP
 
-unsigned long Spec::ReadIPV6CPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadIPV6CPPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     if (!walk.More())
-        return 0;
+        return;
     int nRemaining = static_cast<int>(ReadControlHeader(walk, FieldIPV6CPCode)) - 4;
     while (nRemaining > 0) {
         if (!walk.More())
-            return walk.Consumed();
+            return;
         const std::uint8_t nType = walk.Read(FieldIPV6CPType);
         --nRemaining;
         if (!walk.More() || nRemaining == 0)
-            return walk.Consumed();
+            return;
         const std::uint8_t nLength = ReadOptionLength(walk, FieldIPV6CPOptionLength);
         --nRemaining;
         if (nLength >= 2 && walk.More()) {
@@ -325,7 +322,6 @@ unsigned long Spec::ReadIPV6CPPacket(const CAdvAnlzData& data, CProtocolPacket& 
             break;
     }
     ReadLeftover(walk);
-    return walk.Consumed();
 }
 
 void Spec::ReadIPV6CPCompressionProtocol(CPPPWalk& walk, std::uint32_t dwLength)
@@ -388,18 +384,17 @@ unsigned Spec::CheckIPV6CPProtocol(SCheck& check)
 
 // ------------------------------------------------------------------- CCP
 
-unsigned long Spec::ReadCCPPacket(const CAdvAnlzData& data, CProtocolPacket& packet)
+void Spec::ReadCCPPacket(CPPPWalk& walk)
 {
-    CPPPWalk walk = Walk(data, packet);
     if (!walk.More())
-        return 0;
+        return;
     int nRemaining = static_cast<int>(ReadControlHeader(walk, FieldCCPCode)) - 4;
     while (nRemaining > 0) {
         if (!walk.More())
-            return walk.Consumed();
+            return;
         const std::uint8_t nType = walk.Read(FieldCCPType);
         if (!walk.More() || nRemaining == 1)
-            return walk.Consumed();
+            return;
         const std::uint8_t nLength = ReadOptionLength(walk, FieldCCPOptionLength);
         nRemaining -= 2;
         if (nLength >= 2 && walk.More()) {
@@ -414,7 +409,6 @@ unsigned long Spec::ReadCCPPacket(const CAdvAnlzData& data, CProtocolPacket& pac
             break;
     }
     ReadLeftover(walk);
-    return walk.Consumed();
 }
 
 unsigned Spec::CheckCCPProtocol(SCheck& check)

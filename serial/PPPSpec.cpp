@@ -61,10 +61,7 @@ int CAdvAnlzPPPSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPack
         // The frame's length in bytes stands in its third and fourth byte,
         // big-endian; for a frame of another shape it is whatever is there.
         const std::uint16_t wFrameBytes = CAdvAnlzTools().RevertByteOrder(walk.Peek(32).GetBits(16, 16));
-        const CAdvAnlzData frame = walk.Peek(static_cast<std::uint32_t>(wFrameBytes) * 8);
-
-        unsigned long (CAdvAnlzPPPSpec::*pfnRead)(const CAdvAnlzData&, CProtocolPacket&) =
-            &CAdvAnlzPPPSpec::ReadUnDefinedPacket;
+        void (*pfnRead)(CPPPWalk&) = &CAdvAnlzPPPSpec::ReadUnDefinedPacket;
         switch (wProtocol) {
         case ProtocolIP:
             pfnRead = &CAdvAnlzPPPSpec::ReadIPPacket;
@@ -94,7 +91,10 @@ int CAdvAnlzPPPSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPack
         default:
             break;
         }
-        walk.Drop(static_cast<std::uint32_t>((this->*pfnRead)(frame, packet)));
+        // The reader sees the frame only: the walk is bound to its length.
+        walk.SetLimit(static_cast<std::uint32_t>(wFrameBytes) * 8);
+        pfnRead(walk);
+        walk.SetLimit(CAdvAnlzData::kToEnd);
         if (pPPPPacket)
             pPPPPacket->AddProtocol(GetProtocolMask(wProtocol));
     }
@@ -105,7 +105,7 @@ int CAdvAnlzPPPSpec::InterpretPacketData(const CAdvAnlzData& data, CProtocolPack
 void CAdvAnlzPPPSpec::ReadLeftover(CPPPWalk& walk)
 {
     if (walk.More())
-        walk.Read(FieldUnexpected, walk.Data().GetLength());
+        walk.Read(FieldUnexpected, walk.Left());
 }
 
 unsigned CAdvAnlzPPPSpec::ReadControlHeader(CPPPWalk& walk, unsigned short nCodeId)

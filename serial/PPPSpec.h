@@ -324,16 +324,17 @@ private:
     // remain.
     static void ReadOptionLayout(CPPPWalk& walk, const SOptionLayout& layout, std::uint32_t dwSize);
 
-    // Frame readers: each reads the frame's data and returns the bits taken.
-    unsigned long ReadLCPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadCHAPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadEAPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadUnDefinedPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadVanJacobsonPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadIPCPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadIPV6CPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadCCPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
-    unsigned long ReadIPPacket(const CAdvAnlzData& data, CProtocolPacket& packet);
+    // Frame readers: each reads one frame on the payload's walk, which is
+    // bound to the frame's length, and stops where its protocol ends.
+    static void ReadLCPPacket(CPPPWalk& walk);
+    static void ReadCHAPPacket(CPPPWalk& walk);
+    static void ReadEAPPacket(CPPPWalk& walk);
+    static void ReadUnDefinedPacket(CPPPWalk& walk);
+    static void ReadVanJacobsonPacket(CPPPWalk& walk);
+    static void ReadIPCPPacket(CPPPWalk& walk);
+    static void ReadIPV6CPPacket(CPPPWalk& walk);
+    static void ReadCCPPacket(CPPPWalk& walk);
+    static void ReadIPPacket(CPPPWalk& walk);
     // LCP options of a type without a layout row: authentication protocol,
     // prefix elision, and the data of any other type.
     static void ReadLCPOption(CPPPWalk& walk, std::uint8_t nType, std::uint32_t dwSize);
@@ -351,7 +352,7 @@ private:
     // The length byte of an IPV6CP or CCP option. A length below 2 is added
     // as a field but stays in the data, where the walk takes it again as the
     // next option's type.
-    std::uint8_t ReadOptionLength(CPPPWalk& walk, unsigned short nId);
+    static std::uint8_t ReadOptionLength(CPPPWalk& walk, unsigned short nId);
 
     // Checks: each takes the walk state and returns its findings.
     // The check of one frame, from the field behind its protocol number.

@@ -181,7 +181,8 @@ TEST_F(HDLC, StuffedZerosAreRemovedInTheFirstFrameOnly)
     // byte is cut off, flag and all.
     EXPECT_EQ(Decode(Hex("7e ff 03 3e 01 aa bb 7e")).aFields,
               (std::vector<SFieldView>{
-                  {kFlag, 8, "7e"}, {kAddress, 8, "ff"}, {kControl, 8, "03"}, {kInfo, 16, "be00"}, {kFCS, 16, "d55d"}}));
+                  {kFlag, 8, "7e"}, {kAddress, 8, "ff"}, {kControl, 8, "03"}, {kInfo, 16, "be00"},
+                  {kFCS, 16, "d55d"}}));
     // In the second frame the same bytes stand as captured.
     const SDecoded second = Decode(Hex("7e ff 03 01 02 aa bb 7e ff 03 3e 01 aa bb 7e"));
     ASSERT_EQ(second.aFields.size(), 11u);
@@ -217,7 +218,8 @@ TEST_F(HDLC, RunOfOnesCarriesIntoTheNextPayload)
     // one place, and the closing flag is lost with the last partial byte.
     EXPECT_EQ(carried.aFields,
               (std::vector<SFieldView>{
-                  {kFlag, 8, "7e"}, {kAddress, 8, "ff"}, {kControl, 8, "03"}, {kInfo, 16, "0101"}, {kFCS, 16, "d55d"}}));
+                  {kFlag, 8, "7e"}, {kAddress, 8, "ff"}, {kControl, 8, "03"}, {kInfo, 16, "0101"},
+                  {kFCS, 16, "d55d"}}));
 
     Spec::ResetOnesInRow();
     EXPECT_EQ(Decode(next).aFields, fresh.aFields);

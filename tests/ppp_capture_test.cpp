@@ -169,7 +169,9 @@ TEST(PPPCaptureValues, NegotiationOfASerialLink)
         GTEST_SKIP() << "shared capture " << strPath << " is absent";
     const SFrames r = ReadFrames(strPath);
     ASSERT_EQ(r.aFrames.size(), 63u);
-    auto decode = [&](std::size_t nFrame, CPPPPacket& packet) { return packet.RestructBy(DataOf(r.aFrames[nFrame - 1])); };
+    auto decode = [&](std::size_t nFrame, CPPPPacket& packet) {
+        return packet.RestructBy(DataOf(r.aFrames[nFrame - 1]));
+    };
 
     // Frame 1: Configure-Request, authentication by CHAP with MD5, a magic
     // number.

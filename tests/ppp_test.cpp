@@ -438,6 +438,26 @@ TEST(PPPCut, RandomFramesOfEveryProtocol)
     }
 }
 
+// Frames that claim a length far beyond what their reader takes, one behind
+// the other over a long payload: each frame is read on the payload's walk,
+// never copied, so the cost stays with the bytes read.
+TEST(PPPCut, LongPayloadsOfEarlyStoppingFrames)
+{
+    for (const char* pszFrame :
+         {"c227 01 01 ffff", "c223 07 01 ffff", "0021 4500 ffff 0001 0000 40ff 0000 0a000001 0a000002 99"}) {
+        const std::vector<std::uint8_t> aFrame = [&] {
+            const CByteArray a = HexBytes(pszFrame);
+            return std::vector<std::uint8_t>(a.GetData(), a.GetData() + a.GetSize());
+        }();
+        std::vector<std::uint8_t> a;
+        while (a.size() < (1u << 20))
+            a.insert(a.end(), aFrame.begin(), aFrame.end());
+        CPPPPacket packet;
+        packet.RestructBy(CAdvAnlzData::FromBytes(a.data(), static_cast<std::uint32_t>(a.size() * 8)));
+        EXPECT_EQ(packet.GetFieldCount(), CProtocolPacket::kMaxFields) << pszFrame;
+    }
+}
+
 TEST(PPPProtocols, MaskAndList)
 {
     const struct {
@@ -541,7 +561,8 @@ TEST(PPPCatalogue, IdsLayerAndTables)
         {6088, 6, 8, "Transmission Control Protocol", "Transmission Control"},
         {6088, 134, 8, "RSVP-E2E-IGNORE", "RSVP-E2E-IGNORE"},
         {6088, 255, 8, "Reserved", "Reserved"},
-        {6092, 68, 8, "Copy:not copy/Class:debuging/Optin:variable Time stamp", "not copy/debuging/variable Time stamp"},
+        {6092, 68, 8, "Copy:not copy/Class:debuging/Optin:variable Time stamp",
+         "not copy/debuging/variable Time stamp"},
         {6092, 131, 8, "Copy:copy/Class:control/Optin:Security", "copy/control/Security"},
         {6094, 0x35E2, 16, "Reserved for future use", "Reserved for future use"},
         {6085, 2, 3, "Do not fragment/Last fragment", "Don't frag/Last frag"},
