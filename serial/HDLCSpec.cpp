@@ -9,10 +9,10 @@
 // They nest one level per frame: a reader that meets the flag closing a
 // frame hands the rest of the stream to a fresh ReadFlagField and finishes
 // its own frame when that returns. The depth is bounded, not the payload:
-// each level adds at least one field before it nests, and once the packet
-// holds its 255 fields every reader ends at once (Stopped), since nothing
-// read after that could show. A payload of any length therefore nests at
-// most some 255 levels, whatever it holds.
+// every frame a reader nests for has added a field first (its flag, its
+// control field or its FCS), and once the packet holds its 255 fields every
+// reader ends at once (Stopped), since nothing read after that could show.
+// A payload of any length therefore nests a few hundred calls deep at most.
 #include "serial/HDLCSpec.h"
 
 #include <new>
@@ -104,6 +104,18 @@ void CAdvAnlzHDLCSpec::RemoveFCSFromArrayInformation(SInformation& info)
             info.aBytes.erase(info.aBytes.begin() + nIndex);
 }
 
+void CAdvAnlzHDLCSpec::CloseInformation(const CAdvAnlzData& data, CProtocolPacket& packet, SInformation& info,
+                                        bool& bAfterFlag)
+{
+    if (bAfterFlag) {
+        bAfterFlag = false;
+        RemoveFCSFromArrayInformation(info);
+        info.nCount -= 2;
+    }
+    AddArrayInformation(info, packet);
+    ReadFCSFields(data, packet);
+}
+
 std::uint8_t CAdvAnlzHDLCSpec::MaskNextByte(const CAdvAnlzData& data)
 {
     ++m_dwByteCount;
@@ -127,13 +139,7 @@ unsigned long CAdvAnlzHDLCSpec::ReadFlagField(const CAdvAnlzData& data, CProtoco
                 // frame's information and its FCS; otherwise they are added
                 // as information as they stand.
                 if (info.nCount > 2) {
-                    if (bAfterFlag) {
-                        bAfterFlag = false;
-                        RemoveFCSFromArrayInformation(info);
-                        info.nCount -= 2;
-                    }
-                    AddArrayInformation(info, packet);
-                    ReadFCSFields(data, packet);
+                    CloseInformation(data, packet, info, bAfterFlag);
                 } else if (info.nCount == 2 && bAfterFlag) {
                     bAfterFlag = false;
                     RemoveFCSFromArrayInformation(info);
@@ -158,13 +164,7 @@ unsigned long CAdvAnlzHDLCSpec::ReadFlagField(const CAdvAnlzData& data, CProtoco
                 // last two bytes are the FCS, and the rest of the stream is
                 // read from the flag on by a fresh reader.
                 if (info.nCount > 2) {
-                    if (bAfterFlag) {
-                        bAfterFlag = false;
-                        RemoveFCSFromArrayInformation(info);
-                        info.nCount -= 2;
-                    }
-                    AddArrayInformation(info, packet);
-                    ReadFCSFields(data, packet);
+                    CloseInformation(data, packet, info, bAfterFlag);
                     ReadFlagField(data, packet, kFlag);
                 } else if (info.nCount == 2) {
                     RemoveFCSFromArrayInformation(info);
@@ -299,10 +299,8 @@ unsigned long CAdvAnlzHDLCSpec::ReadInformationFields(const CAdvAnlzData& data, 
         ReadFCSFields(data, packet);
     } else {
         if (info.nCount > 2) {
-            RemoveFCSFromArrayInformation(info);
-            info.nCount -= 2;
-            AddArrayInformation(info, packet);
-            ReadFCSFields(data, packet);
+            bool bBehindControl = true;
+            CloseInformation(data, packet, info, bBehindControl);
         }
         if (ByteAt(data, m_dwBitCursor) == kFlag) {
             m_bFlagPending = 1;

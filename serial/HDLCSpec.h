@@ -109,6 +109,10 @@ private:
     unsigned long ReadControlField(const CAdvAnlzData& data, CProtocolPacket& packet);
     unsigned long ReadInformationFields(const CAdvAnlzData& data, CProtocolPacket& packet);
     unsigned long ReadFCSFields(const CAdvAnlzData& data, CProtocolPacket& packet);
+    // The bytes collected end a frame: behind a flag (bAfterFlag, which is
+    // then cleared) the last two are its FCS and are given back; the rest is
+    // added as information and the FCS is read.
+    void CloseInformation(const CAdvAnlzData& data, CProtocolPacket& packet, SInformation& info, bool& bAfterFlag);
     // Counts one byte, returns the byte at the cursor unescaped.
     std::uint8_t MaskNextByte(const CAdvAnlzData& data);
     void AddArrayInformation(const SInformation& info, CProtocolPacket& packet);
