@@ -32,7 +32,7 @@ enum : int {
     LinkTypeUsbPcap = 249,
     LinkTypeBtSnoopHCI = 1001,     // HCI without transport byte; kind from the flags
     LinkTypeBtSnoopH4 = 1002,      // HCI UART: an H4 type byte leads each record
-    LinkTypeBtSnoopMonitor = 2001, // Linux monitor: the opcode in the flags' high half
+    LinkTypeBtSnoopMonitor = 2001, // Linux monitor: flags hold the index (high half) and the opcode (low half)
 };
 
 // The largest record any reader accepts.

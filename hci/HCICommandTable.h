@@ -116,24 +116,31 @@ struct SHCICommand {
     SHCICommandParameter aParams[kHCIMaxCommandParameters];
 };
 
-// The row of a group's table for an OCF, or null.
-template <std::size_t N>
-const SHCICommand* FindHCICommand(const SHCICommand (&aTable)[N], unsigned short nOCF)
-{
-    for (const SHCICommand& command : aTable)
-        if (command.nOCF == nOCF)
-            return &command;
-    return nullptr;
-}
+// A group's command table, in OCF order.
+struct SHCICommandGroup {
+    const SHCICommand* pCommands;
+    std::size_t nCount;
 
-// Names the packet after the command, "UnKnown" for an OCF the group lacks.
-// HCI packets have no response name.
-template <std::size_t N>
-void SetHCICommandRequestName(CReqRespProtocolPacket& packet, const SHCICommand (&aTable)[N], unsigned short nOCF)
-{
-    const SHCICommand* pCommand = FindHCICommand(aTable, nOCF);
-    packet.SetRequestName(pCommand ? pCommand->pszName : "UnKnown");
-}
+    // The row of a command, or null.
+    const SHCICommand* Find(unsigned short nOCF) const noexcept
+    {
+        for (std::size_t i = 0; i < nCount; ++i)
+            if (pCommands[i].nOCF == nOCF)
+                return &pCommands[i];
+        return nullptr;
+    }
+};
+
+// The tables of OGF 1 to 6, each defined in the group's own file.
+extern const SHCICommandGroup kHCILinkControlCommands;
+extern const SHCICommandGroup kHCILinkPolicyCommands;
+extern const SHCICommandGroup kHCIHostControllerCommands;
+extern const SHCICommandGroup kHCIInformationCommands;
+extern const SHCICommandGroup kHCIStatusCommands;
+extern const SHCICommandGroup kHCITestingCommands;
+
+// The table of a command group, OGF 1 to 6; null for any other OGF.
+const SHCICommandGroup* HCICommandGroupOf(unsigned nOGF) noexcept;
 
 // Reads the parameters of a command in order, each with its description
 // for this command where it has one. False as soon as nothing is left; a

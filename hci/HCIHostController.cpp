@@ -1,6 +1,8 @@
 // Host controller and baseband commands, OGF 3: event mask and filters,
 // stored link keys, scan, timeouts, voice, flow control and the other
 // settings of the local device.
+#include <iterator>
+
 #include "hci/HCICommandTable.h"
 
 namespace {
@@ -289,10 +291,7 @@ const SOptionRow kPageScanPeriodModeOptions[] = {
 
 }  // namespace
 
-void CHCISpec::HostSetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF)
-{
-    SetHCICommandRequestName(packet, kHostCommands, nOCF);
-}
+extern const SHCICommandGroup kHCIHostControllerCommands = {kHostCommands, std::size(kHostCommands)};
 
 void CHCISpec::InitOptions_HCIHostControl()
 {
@@ -345,7 +344,7 @@ unsigned long CHCISpec::ReadHostCommandElements(const CAdvAnlzData& data, CReqRe
         if (!ReadSetEventFilter(reader))
             return reader.Consumed();
     } else {
-        const SHCICommand* pCommand = FindHCICommand(kHostCommands, nOCF);
+        const SHCICommand* pCommand = kHCIHostControllerCommands.Find(nOCF);
         if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
             return reader.Consumed();
     }

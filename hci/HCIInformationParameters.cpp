@@ -1,6 +1,8 @@
 // Information parameters, OGF 4: the fixed facts of the local device. None
 // of these commands has a parameter, so all that can follow the header is
 // UnExpected.
+#include <iterator>
+
 #include "hci/HCICommandTable.h"
 
 namespace {
@@ -17,10 +19,7 @@ const SHCICommand kInformationCommands[] = {
 
 }  // namespace
 
-void CHCISpec::InformationSetRequestName(CReqRespProtocolPacket& packet, unsigned short nOCF)
-{
-    SetHCICommandRequestName(packet, kInformationCommands, nOCF);
-}
+extern const SHCICommandGroup kHCIInformationCommands = {kInformationCommands, std::size(kInformationCommands)};
 
 void CHCISpec::InitOptions_HCIInformationParameters()
 {

@@ -1,5 +1,7 @@
 // Link control commands, OGF 1: inquiry, connection set-up and tear-down,
 // link keys and PINs, and the remote queries.
+#include <iterator>
+
 #include "hci/HCICommandTable.h"
 
 namespace {
@@ -174,10 +176,7 @@ const SOptionRow kKeyFlagOptions[] = {
 
 }  // namespace
 
-void CHCISpec::LinkCommandSetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF)
-{
-    SetHCICommandRequestName(packet, kLinkCommands, nOCF);
-}
+extern const SHCICommandGroup kHCILinkControlCommands = {kLinkCommands, std::size(kLinkCommands)};
 
 void CHCISpec::InitOptions_HCILinkControl()
 {
@@ -209,7 +208,7 @@ unsigned long CHCISpec::ReadLinkCommandElements(const CAdvAnlzData& data, CReqRe
     if (!bMore || !reader.ReadOn(FieldLinkOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
-    const SHCICommand* pCommand = FindHCICommand(kLinkCommands, nOCF);
+    const SHCICommand* pCommand = kHCILinkControlCommands.Find(nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
     reader.ReadRest(CHCISpec::FieldUnExpected);

@@ -1,5 +1,7 @@
 // Link policy commands, OGF 2: the hold, sniff and park modes, QoS, roles and
 // the link policy settings of a connection.
+#include <iterator>
+
 #include "hci/HCICommandTable.h"
 
 namespace {
@@ -55,10 +57,7 @@ const SOptionRow kLinkPolicySettingsOptions[] = {
 
 }  // namespace
 
-void CHCISpec::PolicySetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF)
-{
-    SetHCICommandRequestName(packet, kPolicyCommands, nOCF);
-}
+extern const SHCICommandGroup kHCILinkPolicyCommands = {kPolicyCommands, std::size(kPolicyCommands)};
 
 void CHCISpec::InitOptions_HCIPolicyControl()
 {
@@ -86,7 +85,7 @@ unsigned long CHCISpec::ReadPolicyCommandElements(const CAdvAnlzData& data, CReq
     if (!bMore || !reader.ReadOn(FieldPolicyOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
-    const SHCICommand* pCommand = FindHCICommand(kPolicyCommands, nOCF);
+    const SHCICommand* pCommand = kHCILinkPolicyCommands.Find(nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
     reader.ReadRest(CHCISpec::FieldUnExpected);

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <new>
 
+#include "hci/HCIEventTable.h"
 #include "hci/HCIReader.h"
 
 BUSDECODE_IMPLEMENT_RUNTIME_CLASS(CHCISpec, CProtocolSpec)
@@ -14,22 +15,8 @@ CHCISpec* CHCISpec::ms_pInstance = nullptr;
 
 namespace {
 
-// Opcode Group Fields of HCI 1.1.
-enum : unsigned {
-    kOGFLinkControl = 0x01,
-    kOGFLinkPolicy = 0x02,
-    kOGFHostController = 0x03,
-    kOGFInformation = 0x04,
-    kOGFStatus = 0x05,
-    kOGFTesting = 0x06,
-    kOGFVendor = 0x3F,
-};
-
 // Event codes that the event code check treats apart.
 enum : std::uint8_t {
-    kEventFirst = 0x01,
-    kEventLast = 0x20,
-    kEventCommandStatus = 0x0F,
     kEventLogoTesting = 0xFE,
     kEventVendor = 0xFF,
 };
@@ -126,6 +113,7 @@ CHCISpec::CHCISpec()
     InitOptions_HCIEvent();
     InitOptions_HCIReturnParameter();
     InitOptions_HCIDATAPacket();
+    InitRequestNames();
 }
 
 const SSpecFieldAttr* CHCISpec::GetDefaultFieldAttr(unsigned short nId) const
@@ -256,7 +244,7 @@ int CHCISpec::CheckCommandCode(const CAdvAnlzData& data, CReqRespProtocolPacket&
     CHCIReader reader = Reader(data, packet);
     if (nOGF == kOGFVendor) {
         // The vendor's parameters, Total_Length first, are one opaque field.
-        packet.SetRequestName("Vendor Command");
+        SetFixedRequestName(packet, NameVendorCommand);
         if (!reader.ReadList({FieldVendorOCF, FieldLinkOGF}))
             return 0;
         m_nOpCodeOCF = FieldVendorOCF;
@@ -264,7 +252,7 @@ int CHCISpec::CheckCommandCode(const CAdvAnlzData& data, CReqRespProtocolPacket&
         return 0;
     }
 
-    packet.SetRequestName("UnKnown");
+    SetFixedRequestName(packet, NameUnKnown);
     if (nOGF >= kOGFLinkControl && nOGF <= kOGFTesting) {
         // An unknown command of a known group: its OCF shows in the link
         // control field, and the OGF bits stand at the front of UnExpected.
@@ -298,29 +286,17 @@ unsigned long CHCISpec::ReadHCIEventPacketTypeElements(const CAdvAnlzData& data,
     return reader.Consumed();
 }
 
-void CHCISpec::ReadEventParameters(CHCIReader& reader, std::uint8_t nEventCode)
-{
-    // The event is named as its code's option, but for Command Status, whose
-    // request name is spaced. The parameters are not broken down here: all
-    // of them stand in UnExpected.
-    if (nEventCode == kEventCommandStatus)
-        reader.Packet().SetRequestName("Command Status Event");
-    else
-        reader.Packet().SetRequestName(GetFieldOptionName(FieldEventCode, CAdvAnlzData(nEventCode, 8)));
-    reader.ReadRest(CHCISpec::FieldUnExpected);
-}
-
 int CHCISpec::CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
     const std::uint8_t nEventCode = data;
-    if (nEventCode >= kEventFirst && nEventCode <= kEventLast)
+    if (nEventCode >= kHCIFirstEventCode && nEventCode <= kHCILastEventCode)
         return 1;
 
     CHCIReader reader = Reader(data, packet);
     switch (nEventCode) {
     case kEventVendor: {
         // Parameter_Total_Length sizes the vendor's data; the rest is left over.
-        packet.SetRequestName("Vendor Event");
+        SetFixedRequestName(packet, NameVendorEvent);
         if (!reader.ReadList({FieldEventCode, FieldParameterTotalLength}))
             return 0;
         const std::uint8_t nLength = reader.Value();
@@ -330,12 +306,12 @@ int CHCISpec::CheckEventCode(const CAdvAnlzData& data, CReqRespProtocolPacket& p
     }
     case kEventLogoTesting:
         // No length field: the logo testing data starts behind the code.
-        packet.SetRequestName("Bluetooth Logo Testing");
+        SetFixedRequestName(packet, NameLogoTesting);
         if (reader.ReadOn(FieldEventCode))
             reader.Read(FieldLogoTestingData);
         return 0;
     default:
-        packet.SetRequestName("UnKnown");
+        SetFixedRequestName(packet, NameUnKnown);
         if (reader.ReadOn(FieldEventCode))
             reader.ReadRest(CHCISpec::FieldUnExpected);
         return 0;
@@ -349,7 +325,7 @@ unsigned long CHCISpec::ReadHCIACLHostToHostControllerDataPacketTypeElements(con
 {
     // Handle (12 bits), Packet_Boundary_Flag (2), Broadcast_Flag (2),
     // Data_Total_Length (16), then the data.
-    return ReadDataPacket(data, packet, "HCI ACL Data Packet", FieldACLHandle,
+    return ReadDataPacket(data, packet, NameACLData, FieldACLHandle,
                           {FieldPacketBoundaryFlag, FieldBroadcastFlagToController, FieldACLDataTotalLength},
                           FieldACLData);
 }
@@ -357,24 +333,24 @@ unsigned long CHCISpec::ReadHCIACLHostToHostControllerDataPacketTypeElements(con
 unsigned long CHCISpec::ReadHCIACLHostControllerToHostDataPacketTypeElements(const CAdvAnlzData& data,
                                                                              CReqRespProtocolPacket& packet)
 {
-    return ReadDataPacket(data, packet, "HCI ACL Data Packet", FieldACLHandle,
+    return ReadDataPacket(data, packet, NameACLData, FieldACLHandle,
                           {FieldPacketBoundaryFlag, FieldBroadcastFlagToHost, FieldACLDataTotalLength}, FieldACLData);
 }
 
 unsigned long CHCISpec::ReadHCISCODataPacketTypeElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet)
 {
     // Handle (12 bits), reserved (4), Data_Total_Length (8), then the data.
-    return ReadDataPacket(data, packet, "HCI SCO Data Packet", FieldSCOHandle,
+    return ReadDataPacket(data, packet, NameSCOData, FieldSCOHandle,
                           {FieldSCOReserved, FieldSCODataTotalLength}, FieldSCOData);
 }
 
-unsigned long CHCISpec::ReadDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, const char* pszName,
+unsigned long CHCISpec::ReadDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, EHCIFixedName eName,
                                        unsigned short nHandleId, std::initializer_list<unsigned short> headerIds,
                                        unsigned short nDataId)
 {
     if (data.GetByteLength() < 1)
         return 0;
-    packet.SetRequestName(pszName);
+    SetFixedRequestName(packet, eName);
 
     CHCIReader reader = Reader(data, packet);
     if (!reader.ReadOn(nHandleId))
@@ -412,7 +388,7 @@ int CHCISpec::CheckErrorMessageCode(const CAdvAnlzData& data, CReqRespProtocolPa
     const std::uint8_t nCode = data;
     if (nCode >= 1 && nCode <= kLastErrorCode)
         return 1;
-    packet.SetRequestName("UnKnown");
+    SetFixedRequestName(packet, NameUnKnown);
     CHCIReader reader = Reader(data, packet);
     reader.Read(FieldUnExpected);
     return 0;

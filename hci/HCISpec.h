@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <vector>
 
 #include "core/AdvAnlzData.h"
 #include "core/FieldCursor.h"
@@ -105,6 +106,9 @@ private:
     void InitOptions_HCIEvent();
     void InitOptions_HCIReturnParameter();
     void InitOptions_HCIDATAPacket();
+    // The HCI error list under a status field; the caller adds the field's
+    // own status 0 behind it.
+    void InitOptions_HCIErrorMessage(int nFieldId);
 
     // The frame's ReadField; it also counts the field as a request field.
     unsigned long ReadField(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, unsigned short nId,
@@ -114,6 +118,19 @@ private:
     {
         return CHCIReader(*this, &CHCISpec::ReadField, StopWhenEmpty, data, packet);
     }
+
+    // The names that no table gives (see HCINaming.cpp).
+    enum EHCIFixedName : int {
+        NameUnKnown,
+        NameVendorCommand,
+        NameVendorEvent,
+        NameLogoTesting,
+        NameACLData,
+        NameSCOData,
+        NameCommandComplete,
+        NameCommandStatus,
+        kFixedNameCount
+    };
 
     // One walk per packet kind; each works on a copy of the payload.
     unsigned long ReadHCICommandPacketTypeElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
@@ -127,7 +144,7 @@ private:
     // The walk of ACL and SCO data packets: the 12-bit handle (a reserved
     // handle ends the packet), the header fields behind it, the last of them
     // the data length in bytes, then the data.
-    unsigned long ReadDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, const char* pszName,
+    unsigned long ReadDataPacket(const CAdvAnlzData& data, CReqRespProtocolPacket& packet, EHCIFixedName eName,
                                  unsigned short nHandleId, std::initializer_list<unsigned short> headerIds,
                                  unsigned short nDataId);
 
@@ -140,6 +157,28 @@ private:
     // The parameters of an event with a code of 0x01 to 0x20, read behind the
     // event code and Parameter_Total_Length; nothing of it remains unread.
     void ReadEventParameters(CHCIReader& reader, std::uint8_t nEventCode);
+    // Command Status behind the header: status, command credits and the
+    // opcode of the command.
+    void ReadCommandStatusParameters(CHCIReader& reader);
+    // Command Complete behind the header: command credits, the opcode of the
+    // command and its return parameters. What is left stays for the caller.
+    // Returns the bits consumed.
+    unsigned long ReadHCIReturnParameters(CHCIReader& reader);
+
+    // The opcode in a Command Complete or Command Status event, read through
+    // the OCF and OGF fields of its command group (those of link control
+    // for an OGF outside 1 to 6).
+    struct SHCIEventOpCode {
+        unsigned nOGF = 0;
+        std::uint16_t nOCF = 0;
+        bool bGroup = false;  // OGF 1 to 6
+        unsigned short nOCFId = 0;
+        unsigned short nOGFId = 0;
+        bool bMore = false;  // bits are left behind the OCF field
+    };
+    SHCIEventOpCode ReadEventOpCodeOCF(CHCIReader& reader);
+    // Reads the OGF field behind the OCF; false when nothing is left.
+    bool ReadEventOpCodeOGF(CHCIReader& reader, const SHCIEventOpCode& opcode);
 
     // Command group readers: OCF field, OGF field, Total_Length, then the
     // parameters of the command.
@@ -150,8 +189,22 @@ private:
     unsigned long ReadStatusParametersElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
     unsigned long ReadTestingCommandElements(const CAdvAnlzData& data, CReqRespProtocolPacket& packet);
 
-    // Request names by OCF ("UnKnown" for any other); HCI packets have no
-    // response name.
+    // Request names. Every name an HCI packet gets is decided in
+    // HCINaming.cpp; an HCI packet has no response name.
+    void InitRequestNames();
+    void SetFixedRequestName(CReqRespProtocolPacket& packet, EHCIFixedName eName) const;
+    // A command of OGF 1 to 6 by its group's table; "UnKnown" for an OCF the
+    // group lacks.
+    void SetCommandRequestName(CReqRespProtocolPacket& packet, unsigned nOGF, unsigned short nOCF) const;
+    // An event of code 0x01 to 0x20.
+    void SetEventRequestName(CReqRespProtocolPacket& packet, std::uint8_t nEventCode) const;
+    // A Command Complete event by the opcode it carries.
+    void SetCommandCompleteRequestName(CReqRespProtocolPacket& packet, unsigned nOGF, unsigned short nOCF) const;
+    // A Command Status event by the option text of the OCF field read.
+    void SetCommandStatusRequestName(CReqRespProtocolPacket& packet, unsigned short nOCFId) const;
+    // The naming operations of the link control, link policy and host
+    // controller readers, and the one of the information parameters that
+    // the opcode check calls.
     void LinkCommandSetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF);
     void PolicySetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF);
     void HostSetRequestAndResponseNames(CReqRespProtocolPacket& packet, unsigned short nOCF);
@@ -168,6 +221,14 @@ private:
     EHCIPacketKind m_eHCIPacketKind = HCICommandPacketType;
     unsigned char m_nRequestFields = 0;
     unsigned char m_nResponseFields = 0;
+
+    // The request names, built once by InitRequestNames: the fixed ones, the
+    // events by code, and per command group (OGF 1 to 6) the commands and
+    // their Command Complete events, parallel to the group's table.
+    std::array<CString, kFixedNameCount> m_aFixedNames;
+    std::vector<CString> m_aEventNames;
+    std::array<std::vector<CString>, 6> m_aCommandNames;
+    std::array<std::vector<CString>, 6> m_aCommandCompleteNames;
 };
 
 class CHCIPacket : public CReqRespProtocolPacket {

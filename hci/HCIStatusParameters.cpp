@@ -1,5 +1,7 @@
 // Status parameters, OGF 5: the counters and link measurements that the
 // host controller keeps per connection.
+#include <iterator>
+
 #include "hci/HCICommandTable.h"
 
 namespace {
@@ -23,6 +25,8 @@ const SHCICommand kStatusCommands[] = {
 
 }  // namespace
 
+extern const SHCICommandGroup kHCIStatusCommands = {kStatusCommands, std::size(kStatusCommands)};
+
 void CHCISpec::InitOptions_HCIStatusParameters()
 {
     std::vector<SHCIOCFOption> aOCF;
@@ -42,9 +46,9 @@ unsigned long CHCISpec::ReadStatusParametersElements(const CAdvAnlzData& data, C
     if (!bMore || !reader.ReadOn(FieldStatusOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
     // Named only behind the header: a status command cut there has no name.
-    SetHCICommandRequestName(packet, kStatusCommands, nOCF);
+    SetCommandRequestName(packet, kOGFStatus, nOCF);
 
-    const SHCICommand* pCommand = FindHCICommand(kStatusCommands, nOCF);
+    const SHCICommand* pCommand = kHCIStatusCommands.Find(nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
     reader.ReadRest(CHCISpec::FieldUnExpected);

@@ -1,5 +1,7 @@
 // Testing commands, OGF 6: the loopback modes and the device under test
 // mode.
+#include <iterator>
+
 #include "hci/HCICommandTable.h"
 
 namespace {
@@ -22,6 +24,8 @@ const SOptionRow kLoopbackModeOptions[] = {
 
 }  // namespace
 
+extern const SHCICommandGroup kHCITestingCommands = {kTestingCommands, std::size(kTestingCommands)};
+
 void CHCISpec::InitOptions_HCITestingCommand()
 {
     std::vector<SHCIOCFOption> aOCF;
@@ -42,11 +46,11 @@ unsigned long CHCISpec::ReadTestingCommandElements(const CAdvAnlzData& data, CRe
     // its name too.
     const bool bMore = reader.ReadOn(FieldTestingOCF);
     const std::uint16_t nOCF = reader.Value();
-    SetHCICommandRequestName(packet, kTestingCommands, nOCF);
+    SetCommandRequestName(packet, kOGFTesting, nOCF);
     if (!bMore || !reader.ReadOn(FieldTestingOGF) || !reader.ReadOn(FieldTotalLength))
         return reader.Consumed();
 
-    const SHCICommand* pCommand = FindHCICommand(kTestingCommands, nOCF);
+    const SHCICommand* pCommand = kHCITestingCommands.Find(nOCF);
     if (pCommand && !ReadHCICommandParameters(reader, *pCommand))
         return reader.Consumed();
     reader.ReadRest(CHCISpec::FieldUnExpected);

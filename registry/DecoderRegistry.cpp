@@ -1,10 +1,53 @@
 #include "registry/DecoderRegistry.h"
 
 #include "hci/HCISpec.h"
+#include "hid/USBHIDPacket.h"
+#include "hid/USBHIDPhysicalSpec.h"
+#include "hid/USBHIDReportSpec.h"
+#include "hid/USBHIDRequestSpec.h"
+#include "hid/USBHIDSpec.h"
+#include "serial/ATCommand.h"
 #include "serial/HDLCSpec.h"
+#include "serial/OBEX.h"
 #include "serial/PPPSpec.h"
+#include "storage/ATAPISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
+#include "storage/RBCProtocol.h"
 #include "storage/SCSIProtocol.h"
+
+namespace {
+
+// The four HID decoders share one packet class; each entry fixes the
+// packet's selector. A report descriptor packet adds its report items.
+template <class TSpec, int nSelector>
+SDecoderEntry MakeHIDEntry(const char* pszClassName, const char* pszAlias)
+{
+    SDecoderEntry entry{
+        pszClassName,
+        pszAlias,
+        []() -> CProtocolSpec* { return TSpec::GetInstance(); },
+        []() { TSpec::KillInstance(); },
+        [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> {
+            return std::make_unique<CUSBHIDPacket>(nSelector);
+        },
+        [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions&) {
+            return packet.RestructBy(data);
+        },
+        nullptr,
+    };
+    if (nSelector == CUSBHIDPacket::SelectorReportDescriptor) {
+        entry.pfnExtras = [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+            const CUSBHIDPacket& hid = static_cast<const CUSBHIDPacket&>(packet);
+            std::vector<SExtraItem> aItems;
+            for (int i = 0; i < hid.GetNumberOfReportItems(); ++i)
+                aItems.push_back(SExtraItem{hid.GetReportItem(i).ToStdString(), hid.GetReportValue(i)});
+            return {SPacketExtra::MakeItems("report_items", std::move(aItems))};
+        };
+    }
+    return entry;
+}
+
+}  // namespace
 
 const std::vector<SDecoderEntry>& GetDecoderRegistry()
 {
@@ -12,6 +55,8 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
         MakeDecoderEntry<CMassStorageBulkOnlyWrapperSpec, CMassStorageBulkOnlyWrapperPacket>(
             "CMassStorageBulkOnlyWrapperSpec", "bot"),
         MakeDecoderEntry<CSCSIProtocolSpec, CSCSIProtocolPacket>("CSCSIProtocolSpec", "scsi"),
+        MakeDecoderEntry<CATAPISpec, CATAPIPacket>("CATAPISpec", "atapi"),
+        MakeDecoderEntry<CRBCProtocolSpec, CRBCProtocolPacket>("CRBCProtocolSpec", "rbc"),
         // HCI packets need their kind, which the bytes cannot tell, and show
         // the id of the field that holds a command's OCF.
         SDecoderEntry{
@@ -52,6 +97,33 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
             };
             return entry;
         }(),
+        // AT packets name themselves with a format code and list the elements
+        // they recognised.
+        SDecoderEntry{
+            "CAdvAnlzATCommandSpec",
+            "at",
+            []() -> CProtocolSpec* { return CAdvAnlzATCommandSpec::GetInstance(); },
+            []() { CAdvAnlzATCommandSpec::KillInstance(); },
+            [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> {
+                return std::make_unique<CATCommandPacket>();
+            },
+            [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions&) {
+                return packet.RestructBy(data);
+            },
+            [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+                const CATCommandPacket& at = static_cast<const CATCommandPacket&>(packet);
+                CWordArray aList;
+                at.GetCommandList(aList);
+                return {SPacketExtra::MakeNumber("at_format", at.GetATPacketFormat()),
+                        SPacketExtra::MakeNumbers("command_list", std::vector<long long>(aList.begin(), aList.end()))};
+            },
+        },
+        MakeDecoderEntry<CAdvAnlzOBEXSpec, COBEXPacket>("CAdvAnlzOBEXSpec", "obex"),
+        MakeHIDEntry<CUSBHIDRequestSpec, CUSBHIDPacket::SelectorRequest>("CUSBHIDRequestSpec", "hid-request"),
+        MakeHIDEntry<CUSBHIDSpec, CUSBHIDPacket::SelectorHIDDescriptor>("CUSBHIDSpec", "hid"),
+        MakeHIDEntry<CUSBHIDReportSpec, CUSBHIDPacket::SelectorReportDescriptor>("CUSBHIDReportSpec", "hid-report"),
+        MakeHIDEntry<CUSBHIDPhysicalSpec, CUSBHIDPacket::SelectorPhysicalDescriptor>("CUSBHIDPhysicalSpec",
+                                                                                     "hid-physical"),
     };
     return s_aEntries;
 }

@@ -750,28 +750,3 @@ unsigned long CSCSIProtocolSpec::ReadUnknownCommand(const CAdvAnlzData& data, CR
     ReadField(data, packet, FieldUnknownLength, value, ByteOrderAsStored, 8);
     return ReadField(data, packet, FieldUnknownData, value, ByteOrderAsStored, data.GetLength());
 }
-
-// ------------------------------------------------------------- packet
-
-CSCSIProtocolPacket::CSCSIProtocolPacket() : CReqRespProtocolPacket(CSCSIProtocolSpec::GetInstance()) {}
-
-CSCSIProtocolPacket::CSCSIProtocolPacket(const CAdvAnlzData& data) : CSCSIProtocolPacket()
-{
-    CProtocolPacket::RestructBy(data);
-}
-
-CSCSIProtocolPacket::CSCSIProtocolPacket(const CByteArray& aBytes) : CSCSIProtocolPacket()
-{
-    RestructBy(CAdvAnlzData(aBytes));
-}
-
-CSCSIProtocolPacket::CSCSIProtocolPacket(const CSCSIProtocolPacket& other) : CSCSIProtocolPacket()
-{
-    *this = other;
-}
-
-unsigned char CSCSIProtocolPacket::GetCommandLength(unsigned char nOpCode) const
-{
-    const CSCSIProtocolSpec* pSpec = dynamic_cast<const CSCSIProtocolSpec*>(m_pSpec);
-    return pSpec ? pSpec->GetCommandLength(nOpCode) : 0;
-}

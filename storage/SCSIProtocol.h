@@ -309,21 +309,33 @@ private:
     static CSCSIProtocolSpec* ms_pInstance;
 };
 
-class CSCSIProtocolPacket : public CReqRespProtocolPacket {
+// The packet of a command-set decoder: every constructor binds it to the
+// decoder's singleton, those from data decode at once, and a copy holds the
+// source's decode (fields and all). The block length of an operation code
+// comes from the bound decoder.
+template <class TSpec>
+class TCommandSetPacket : public CReqRespProtocolPacket {
 public:
-    CSCSIProtocolPacket();
-    explicit CSCSIProtocolPacket(const CAdvAnlzData& data);
-    explicit CSCSIProtocolPacket(const CByteArray& aBytes);
-    // Binds to the decoder and then copies the source, fields and all.
-    CSCSIProtocolPacket(const CSCSIProtocolPacket& other);
-    CSCSIProtocolPacket& operator=(const CSCSIProtocolPacket& other) = default;
-    ~CSCSIProtocolPacket() override = default;
+    TCommandSetPacket() : CReqRespProtocolPacket(TSpec::GetInstance()) {}
+    explicit TCommandSetPacket(const CAdvAnlzData& data) : TCommandSetPacket() { CProtocolPacket::RestructBy(data); }
+    explicit TCommandSetPacket(const CByteArray& aBytes) : TCommandSetPacket() { RestructBy(CAdvAnlzData(aBytes)); }
+    TCommandSetPacket(const TCommandSetPacket& other) : TCommandSetPacket() { *this = other; }
+    TCommandSetPacket& operator=(const TCommandSetPacket& other) = default;
+    ~TCommandSetPacket() override = default;
 
     unsigned long SetFieldData(unsigned char nIndex, const CAdvAnlzData& value) override
     {
         return CProtocolPacket::SetFieldData(nIndex, value);
     }
 
-    // The block length of an operation code, from the bound decoder.
-    unsigned char GetCommandLength(unsigned char nOpCode) const;
+    unsigned char GetCommandLength(unsigned char nOpCode) const
+    {
+        const TSpec* pSpec = dynamic_cast<const TSpec*>(m_pSpec);
+        return pSpec ? pSpec->GetCommandLength(nOpCode) : 0;
+    }
+};
+
+class CSCSIProtocolPacket : public TCommandSetPacket<CSCSIProtocolSpec> {
+public:
+    using TCommandSetPacket::TCommandSetPacket;
 };

@@ -191,7 +191,7 @@ TEST(Tool, TextViewListAndCatalogue)
 
     run = RunTool("list");
     ASSERT_EQ(run.nStatus, 0);
-    EXPECT_NE(run.strOut.find("CMassStorageBulkOnlyWrapperSpec    bot      24500-24513   14"), std::string::npos)
+    EXPECT_NE(run.strOut.find("CMassStorageBulkOnlyWrapperSpec    bot              24500-24513   14"), std::string::npos)
         << run.strOut;
 
     run = RunTool("fields bot");

@@ -170,10 +170,12 @@ void PrintText(const SDecoderEntry& entry, const CProtocolPacket& packet, int nR
             if (strValue.empty())
                 strValue = "-";
             const std::string strOption = pSpec ? pSpec->GetFieldOptionName(nId, value).ToStdString() : "";
-            std::snprintf(line, sizeof line, "  %3d  %-5u  %6u  %5u  %-32s  %-34s  %s\n", i, nId,
+            // The option goes behind the fixed columns as it stands: option
+            // names can be longer than any line buffer.
+            std::snprintf(line, sizeof line, "  %3d  %-5u  %6u  %5u  %-32s  %-34s  ", i, nId,
                           pAttr ? pAttr->m_dwOffset : 0u, value.GetLength(),
-                          pAttr ? pAttr->m_strName.GetString() : "", strValue.c_str(), strOption.c_str());
-            std::cout << line;
+                          pAttr ? pAttr->m_strName.GetString() : "", strValue.c_str());
+            std::cout << line << strOption << "\n";
         }
     }
     if (pRR) {
@@ -329,7 +331,7 @@ int RunDecode(const SDecoderEntry& entry, const SOptions& options)
 
 int RunList()
 {
-    std::printf("%-34s %-8s %-13s %s\n", "decoder", "alias", "field ids", "layer fields");
+    std::printf("%-34s %-16s %-13s %s\n", "decoder", "alias", "field ids", "layer fields");
     for (const SDecoderEntry& entry : GetDecoderRegistry()) {
         CProtocolSpec* pSpec = entry.pfnGetSpec();
         if (!pSpec)
@@ -338,7 +340,7 @@ int RunList()
         char ids[32] = "-";
         if (nCount)
             std::snprintf(ids, sizeof ids, "%u-%u", pSpec->GetLayerFieldId(0), pSpec->GetLayerFieldId(nCount - 1));
-        std::printf("%-34s %-8s %-13s %u\n", entry.pszClassName, entry.pszAlias, ids, nCount);
+        std::printf("%-34s %-16s %-13s %u\n", entry.pszClassName, entry.pszAlias, ids, nCount);
     }
     return 0;
 }
