@@ -29,7 +29,13 @@ public:
     static constexpr std::uint32_t kInlineBytes = 16;
     static constexpr std::uint32_t kToEnd = 0xFFFFFFFFu;
 
-    CAdvAnlzData() noexcept : m_dwLength(0), m_dwStart(0), m_dwCapacity(kInlineBytes) { m_u.aInline[0] = 0; }
+    // Empty, with all inline bytes zero: appending ORs bits into the storage
+    // behind the value's end, which must hold no stale bits.
+    CAdvAnlzData() noexcept : m_dwLength(0), m_dwStart(0), m_dwCapacity(kInlineBytes)
+    {
+        for (std::uint8_t& b : m_u.aInline)
+            b = 0;
+    }
     CAdvAnlzData(const CAdvAnlzData& other);
     CAdvAnlzData(CAdvAnlzData&& other) noexcept;
     // A value of exactly nWidth bits holding the low-order bits of dwValue.

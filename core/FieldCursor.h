@@ -10,8 +10,12 @@
 //                  stops behind the last one the data holds.
 //   ReadPastEnd    every field of the format is still added; past the end of
 //                  the data a field is added with length 0.
+//
+// A bound (SetLimit) makes the walk end early, as if the data ended there:
+// a frame inside a longer payload is read without a copy of it.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 
@@ -43,11 +47,29 @@ public:
     // value.
     const CAdvAnlzData& Read(unsigned short nId, unsigned long dwLength = 0, EByteOrder eOrder = ByteOrderAsStored)
     {
-        if (m_eRule == StopWhenEmpty && m_data.GetLength() == 0) {
+        if (m_eRule == StopWhenEmpty && Left() == 0) {
             m_value.Clean();
             return m_value;
         }
-        const unsigned long dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, eOrder, dwLength);
+        return ReadAlways(nId, dwLength, eOrder);
+    }
+    // Reads one field whatever the stop rule says, for a field that a
+    // format adds even behind the end of the data (with length 0 there).
+    const CAdvAnlzData& ReadAlways(unsigned short nId, unsigned long dwLength = 0,
+                                   EByteOrder eOrder = ByteOrderAsStored)
+    {
+        unsigned long dwBits = 0;
+        if (m_dwLimit >= m_data.GetLength()) {
+            dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, eOrder, dwLength);
+        } else {
+            // Within a bound the field is cut at it (its default length
+            // counts where none is asked for); at the bound nothing is left.
+            const SSpecFieldAttr* pDefault = static_cast<const CProtocolSpec&>(m_spec).GetDefaultFieldAttr(nId);
+            const unsigned long dwWanted = dwLength ? dwLength : (pDefault ? pDefault->m_dwLength : 0);
+            const unsigned long dwCut = std::min<unsigned long>(dwWanted, m_dwLimit);
+            dwBits = dwCut ? (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, eOrder, dwCut)
+                           : (m_spec.*m_pfnReadField)(CAdvAnlzData(), m_packet, nId, m_value, eOrder, 0);
+        }
         Drop(static_cast<std::uint32_t>(dwBits));
         return m_value;
     }
@@ -77,41 +99,46 @@ public:
     const CAdvAnlzData& ReadRenamed(unsigned short nId, unsigned nOccurrence, const CString* pName,
                                     const CString* pAbbr, const CString* pDesc, unsigned long dwLength = 0)
     {
-        if (m_eRule == StopWhenEmpty && m_data.GetLength() == 0) {
+        if (m_eRule == StopWhenEmpty && Left() == 0) {
             m_value.Clean();
             return m_value;
         }
-        const unsigned long dwBits = (m_spec.*m_pfnReadField)(m_data, m_packet, nId, m_value, ByteOrderAsStored,
-                                                               dwLength);
+        ReadAlways(nId, dwLength);
         if (const unsigned char nIndex = IndexOfOccurrence(nId, nOccurrence))
             m_spec.RenameFieldInstance(m_packet, nIndex, pName, pAbbr, pDesc);
-        Drop(static_cast<std::uint32_t>(dwBits));
         return m_value;
     }
     // Behind the last field of a format: what is left, if anything, becomes
     // one field of nLeftoverId (its default width); then the walk has ended.
     void ReadRest(unsigned short nLeftoverId)
     {
-        if (m_data.GetLength() != 0)
+        if (Left() != 0)
             Read(nLeftoverId);
-        Drop(m_data.GetLength());
+        Drop(Left());
     }
 
-    // The next nBits bits (fewer at the end), not consumed.
-    CAdvAnlzData Peek(std::uint32_t nBits) const { return m_data.GetBits(0, nBits); }
+    // The next nBits bits (fewer at the end or the bound), not consumed.
+    CAdvAnlzData Peek(std::uint32_t nBits) const { return m_data.GetBits(0, std::min(nBits, Left())); }
     // Consumes bits that a decoder has taken by hand (with Peek).
     void Drop(std::uint32_t nBits)
     {
         m_data.Truncate(nBits, CAdvAnlzData::kToEnd);
         m_dwConsumed += nBits;
+        if (m_dwLimit != CAdvAnlzData::kToEnd)
+            m_dwLimit -= std::min(nBits, m_dwLimit);
     }
+    // Ends the walk nBits bits from here for the reads that follow, until
+    // the bound is set again (CAdvAnlzData::kToEnd: no bound).
+    void SetLimit(std::uint32_t nBits) noexcept { m_dwLimit = nBits; }
 
     // Whether data is left to read.
-    bool More() const noexcept { return m_data.GetLength() != 0; }
-    bool IsEmpty() const noexcept { return m_data.GetLength() == 0; }
+    bool More() const noexcept { return Left() != 0; }
+    bool IsEmpty() const noexcept { return Left() == 0; }
+    // Bits left to read: to the end of the data, or to the bound.
+    std::uint32_t Left() const noexcept { return std::min(m_data.GetLength(), m_dwLimit); }
     // The value of the field read last.
     const CAdvAnlzData& Value() const noexcept { return m_value; }
-    // What is left of the copy.
+    // What is left of the copy, bound or not.
     const CAdvAnlzData& Data() const noexcept { return m_data; }
     // Bits consumed so far.
     unsigned long Consumed() const noexcept { return m_dwConsumed; }
@@ -154,4 +181,5 @@ private:
     unsigned short m_nFoundId = 0;
     unsigned m_nFoundOccurrence = 0;
     unsigned char m_nFoundIndex = 0;
+    std::uint32_t m_dwLimit = CAdvAnlzData::kToEnd;
 };

@@ -7,7 +7,9 @@
 #include "hid/USBHIDRequestSpec.h"
 #include "hid/USBHIDSpec.h"
 #include "serial/ATCommand.h"
+#include "serial/HDLCSpec.h"
 #include "serial/OBEX.h"
+#include "serial/PPPSpec.h"
 #include "storage/ATAPISpec.h"
 #include "storage/MassStorageBulkOnlyWrapper.h"
 #include "storage/RBCProtocol.h"
@@ -85,6 +87,30 @@ const std::vector<SDecoderEntry>& GetDecoderRegistry()
                 return {SPacketExtra::MakeNumber("opcode_ocf", static_cast<const CHCIPacket&>(packet).GetOpCodeOCF())};
             },
         },
+        // HDLC fills a plain packet; the run of one bits it counts carries
+        // from one payload to the next.
+        SDecoderEntry{
+            "CAdvAnlzHDLCSpec",
+            "hdlc",
+            []() -> CProtocolSpec* { return CAdvAnlzHDLCSpec::GetInstance(); },
+            []() { CAdvAnlzHDLCSpec::KillInstance(); },
+            [](const SDecodeOptions&) -> std::unique_ptr<CProtocolPacket> {
+                return std::make_unique<CProtocolPacket>(CAdvAnlzHDLCSpec::GetInstance());
+            },
+            [](CProtocolPacket& packet, const CAdvAnlzData& data, const SDecodeOptions&) {
+                return packet.RestructBy(data);
+            },
+            nullptr,
+        },
+        // PPP packets show the mask of the known protocols seen in them.
+        [] {
+            SDecoderEntry entry = MakeDecoderEntry<CAdvAnlzPPPSpec, CPPPPacket>("CAdvAnlzPPPSpec", "ppp");
+            entry.pfnExtras = [](const CProtocolPacket& packet) -> std::vector<SPacketExtra> {
+                return {SPacketExtra::MakeNumber("protocols_mask",
+                                                 static_cast<const CPPPPacket&>(packet).GetProtocolsMask())};
+            };
+            return entry;
+        }(),
         // AT packets name themselves with a format code and list the elements
         // they recognised.
         SDecoderEntry{

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
+#include <new>
 #include <random>
 #include <vector>
 
@@ -131,6 +133,19 @@ TEST(AdvAnlzData, RandomOperationsAgreeWithBitModel)
                 return;
         }
     }
+}
+
+// Appending ORs bits into the storage behind the end, so a new value must not
+// carry whatever its memory held before.
+TEST(AdvAnlzData, AppendingToANewValueOverDirtyMemory)
+{
+    alignas(CAdvAnlzData) unsigned char aMemory[sizeof(CAdvAnlzData)];
+    std::memset(aMemory, 0xFF, sizeof aMemory);
+    CAdvAnlzData* pValue = new (aMemory) CAdvAnlzData();
+    *pValue += CAdvAnlzData(0x05, 3);
+    *pValue += CAdvAnlzData(0x00, 13);
+    EXPECT_EQ(HexOf(*pValue), "0500");
+    pValue->~CAdvAnlzData();
 }
 
 TEST(AdvAnlzData, ReadingIsLittleEndianFromBitZero)

@@ -149,4 +149,31 @@ TEST(FieldCursor, PeekAndDropTakeBitsByHand)
     EXPECT_FALSE(walk.ReadOn(CCursorSpec::kFlags, 2));
 }
 
+// A bound ends the walk early, for one frame of a longer payload: fields
+// are cut at it, nothing is read past it, and lifting it goes on behind.
+TEST(FieldCursor, ABoundEndsTheWalkUntilLifted)
+{
+    CCursorSpec spec;
+    CReqRespProtocolPacket packet(&spec);
+    CCursorSpec::CWalk walk(spec, &CCursorSpec::ReadField, StopWhenEmpty, Hex("01 f2 0304 aabb"), packet);
+    walk.SetLimit(20);
+    walk.Read(CCursorSpec::kKind);
+    walk.Read(CCursorSpec::kFlags);
+    EXPECT_EQ(walk.Left(), 8u);
+    EXPECT_EQ(HexOf(walk.Peek(16)), "3f");
+    walk.ReadReversed(CCursorSpec::kLength, 16);
+    EXPECT_FALSE(walk.More());
+    EXPECT_EQ(walk.Read(CCursorSpec::kRest).GetLength(), 0u);
+    EXPECT_EQ(walk.ReadAlways(CCursorSpec::kKind).GetLength(), 0u);
+    walk.SetLimit(CAdvAnlzData::kToEnd);
+    EXPECT_EQ(walk.Left(), 28u);
+    walk.ReadRest(CCursorSpec::kRest);
+    EXPECT_EQ(FieldsOf(packet), (std::vector<SFieldView>{{CCursorSpec::kKind, 8, "01"},
+                                                         {CCursorSpec::kFlags, 4, "02"},
+                                                         {CCursorSpec::kLength, 8, "3f"},
+                                                         {CCursorSpec::kKind, 0, ""},
+                                                         {CCursorSpec::kRest, 28, "40a0ba0b"}}));
+    EXPECT_EQ(walk.Consumed(), 48u);
+}
+
 }  // namespace
